@@ -1,0 +1,71 @@
+#include "FileAccess.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+FileAccess::FileAccess(Mode mode)
+    : m_mode(mode)
+{
+}
+
+ProductEditor::Reader FileAccess::reader()
+{
+    return [](const QString &path) { return ReadFile(path); };
+}
+
+ProductEditor::Writer FileAccess::writer()
+{
+    return [this](const QString &path, const QByteArray &bytes) {
+        if (m_mode == Mode::CompareOnly) {
+            QFile existing(path);
+            if (!existing.open(QIODevice::ReadOnly) || existing.readAll() != bytes)
+                m_changed << path;
+            return true;
+        }
+        QString error;
+        if (!WriteFileAtomically(path, bytes, &error)) {
+            m_errors << QStringLiteral("%1: %2").arg(path, error);
+            return false;
+        }
+        return true;
+    };
+}
+
+QByteArray FileAccess::ReadFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return QByteArray();
+    return file.readAll();
+}
+
+bool FileAccess::WriteFileAtomically(const QString &path, const QByteArray &bytes, QString *error)
+{
+    if (QFileInfo(path).isDir()) {
+        if (error)
+            *error = QStringLiteral("a directory stands where the file should be");
+        return false;
+    }
+    // QSaveFile writes to a temporary file in the same folder and renames it
+    // over the target on commit, so the old file survives any failure.
+    QSaveFile file(path);
+    file.setDirectWriteFallback(false);
+    if (!file.open(QIODevice::WriteOnly)) {
+        if (error)
+            *error = file.errorString();
+        return false;
+    }
+    if (file.write(bytes) != bytes.size()) {
+        if (error)
+            *error = file.errorString();
+        file.cancelWriting();
+        return false;
+    }
+    if (!file.commit()) {
+        if (error)
+            *error = file.errorString();
+        return false;
+    }
+    return true;
+}

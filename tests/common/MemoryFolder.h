@@ -1,0 +1,54 @@
+#pragma once
+
+#include "store/VantixJsonData.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QFile>
+#include <QHash>
+#include <QTemporaryDir>
+
+// A definition folder whose file contents live in memory. The store lists and
+// tests folders on disk, so the folders and empty placeholder files exist in a
+// temporary directory; every read and write goes to the hash instead.
+class MemoryFolder
+{
+public:
+    MemoryFolder() = default;
+
+    QString root() const { return m_dir.path(); }
+    QString path(const QString &relative) const { return QDir(m_dir.path()).filePath(relative); }
+
+    // Adds a file (creating its folder and an empty placeholder on disk).
+    void addFile(const QString &relative, const QByteArray &bytes)
+    {
+        const QString full = path(relative);
+        QDir().mkpath(QFileInfo(full).absolutePath());
+        QFile placeholder(full);
+        placeholder.open(QIODevice::WriteOnly);
+        files.insert(full, bytes);
+    }
+    void addFolder(const QString &relative) { QDir().mkpath(path(relative)); }
+
+    ProductEditor::Reader reader()
+    {
+        return [this](const QString &p) {
+            ++reads;
+            return files.value(QDir::cleanPath(p));
+        };
+    }
+    ProductEditor::Writer writer()
+    {
+        return [this](const QString &p, const QByteArray &bytes) {
+            written.insert(QDir::cleanPath(p), bytes);
+            return true;
+        };
+    }
+
+    QHash<QString, QByteArray> files;   // full path -> content served by the reader
+    QHash<QString, QByteArray> written; // full path -> content the writer received
+    int reads = 0;
+
+private:
+    QTemporaryDir m_dir;
+};
