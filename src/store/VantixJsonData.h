@@ -146,6 +146,7 @@ private:
     QMap<QString, QJsonObject> layoutsResult;
     QMap<QString, QStringList> layoutFiles;
     QDir folder;
+    bool loaded = false; // a folder was loaded, so `folder` names it
 };
 
 } // namespace ProductEditor
