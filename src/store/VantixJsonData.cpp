@@ -384,13 +384,14 @@ bool VantixJsonData::SaveAs(const QString &path)
         qWarning().noquote() << kFolderWarning;
         return false;
     }
-    dir.cd(kProducts);
+    // Paths are joined rather than reached with cd, so an entry that is not a
+    // folder makes the writer fail instead of sending files elsewhere.
+    const QDir productsDir(dir.filePath(kProducts));
+    const QDir layoutsDir(dir.filePath(kLayouts));
     _GenerateResult();
     if (writer)
-        writer(dir.filePath(kProductsJson), QJsonDocument(productsResult).toJson(QJsonDocument::Indented));
+        writer(productsDir.filePath(kProductsJson), QJsonDocument(productsResult).toJson(QJsonDocument::Indented));
 
-    dir.cdUp();
-    dir.cd(kLayouts);
     for (auto it = layoutFiles.cbegin(); it != layoutFiles.cend(); ++it) {
         QJsonObject fileLayouts;
         for (const QString &name : it.value()) {
@@ -401,7 +402,7 @@ bool VantixJsonData::SaveAs(const QString &path)
         }
         const QJsonObject document{{kLayouts, fileLayouts}};
         if (writer)
-            writer(dir.filePath(QFileInfo(it.key()).fileName()),
+            writer(layoutsDir.filePath(QFileInfo(it.key()).fileName()),
                    QJsonDocument(document).toJson(QJsonDocument::Indented));
     }
     return true;
