@@ -1,0 +1,15 @@
+#pragma once
+
+#include "ProductEditorExport.h"
+
+#include <QIcon>
+#include <QVariant>
+
+namespace ProductEditor {
+
+// The check-mark convention of the relation tables: the decoration role
+// answers an icon, the user role the same fact as a bool, other roles nothing.
+PRODUCT_EDITOR_EXPORT QIcon CheckMarkIcon(bool member);
+PRODUCT_EDITOR_EXPORT QVariant CheckMarkData(bool member, int role);
+
+} // namespace ProductEditor

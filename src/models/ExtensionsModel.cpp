@@ -1,0 +1,193 @@
+#include "models/ExtensionsModel.h"
+
+#include "models/ModelText.h"
+
+#include <iterator>
+#include <utility>
+
+namespace ProductEditor {
+
+namespace {
+
+enum Column {
+    IdColumn,
+    TitleColumn,
+    ExtColumn,
+    CadColumn,
+    MultiplePartsColumn,
+    SlicesColumn,
+    LoadAsPartColumn,
+    ColumnCount
+};
+
+const QMap<int, QString> &HeaderTable()
+{
+    static const QMap<int, QString> table = {
+        {IdColumn, QStringLiteral("Id")},
+        {TitleColumn, QStringLiteral("Title")},
+        {ExtColumn, QStringLiteral("Extension")},
+        {CadColumn, QStringLiteral("Cad support")},
+        {MultiplePartsColumn, QStringLiteral("Multiple parts support")},
+        {SlicesColumn, QStringLiteral("Slices support")},
+        {LoadAsPartColumn, QStringLiteral("Load as part")},
+    };
+    return table;
+}
+
+const QString &NewExtensionId()
+{
+    static const QString id = QStringLiteral("extension");
+    return id;
+}
+
+bool *Flag(ExtensionInfo &info, int column)
+{
+    switch (column) {
+    case CadColumn:
+        return &info.cad_support;
+    case MultiplePartsColumn:
+        return &info.multiple_parts_support;
+    case SlicesColumn:
+        return &info.slices_support;
+    case LoadAsPartColumn:
+        return &info.load_as_part;
+    default:
+        return nullptr;
+    }
+}
+
+} // namespace
+
+ExtensionsModel::ExtensionsModel(VantixJsonData &data, QObject *parent)
+    : QAbstractTableModel(parent), m_data(data)
+{
+}
+
+ExtensionsModel::~ExtensionsModel() = default;
+
+int ExtensionsModel::rowCount(const QModelIndex &) const
+{
+    return m_data.GetExtensions().size();
+}
+
+int ExtensionsModel::columnCount(const QModelIndex &) const
+{
+    return ColumnCount;
+}
+
+QVariant ExtensionsModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid())
+        return QVariant();
+    if (role != Qt::DisplayRole && role != Qt::EditRole && role != Qt::ToolTipRole)
+        return QVariant();
+    const QMap<QString, ExtensionInfo> &extensions = m_data.GetExtensions();
+    const auto it = m_cursor.At(extensions, index.row());
+    if (it == extensions.constEnd())
+        return QVariant();
+    const ExtensionInfo &info = it.value();
+    switch (index.column()) {
+    case IdColumn:
+        return it.key();
+    case TitleColumn:
+        return info.title;
+    case ExtColumn:
+        return info.ext;
+    case CadColumn:
+        return info.cad_support;
+    case MultiplePartsColumn:
+        return info.multiple_parts_support;
+    case SlicesColumn:
+        return info.slices_support;
+    case LoadAsPartColumn:
+        return info.load_as_part;
+    default:
+        return QVariant();
+    }
+}
+
+bool ExtensionsModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (!index.isValid() || role != Qt::EditRole)
+        return false;
+    QMap<QString, ExtensionInfo> &extensions = m_data.GetExtensions();
+    const auto it = m_cursor.At(extensions, index.row());
+    if (it == extensions.constEnd())
+        return false;
+    const QString id = it.key();
+    const QString text = value.toString();
+    if (text == id)
+        return false;
+
+    switch (index.column()) {
+    case IdColumn: {
+        if (extensions.contains(text)) {
+            ShowIdExistsToolTip();
+            return false;
+        }
+        const ExtensionInfo record = it.value();
+        beginRemoveRows(QModelIndex(), index.row(), index.row());
+        extensions.remove(id);
+        BumpRowEpoch();
+        endRemoveRows();
+        const int newRow = int(std::distance(extensions.constBegin(),
+                                             std::as_const(extensions).lowerBound(text)));
+        beginInsertRows(QModelIndex(), newRow, newRow);
+        extensions.insert(text, record);
+        BumpRowEpoch();
+        endInsertRows();
+        break;
+    }
+    case TitleColumn:
+        extensions[id].title = text;
+        break;
+    case ExtColumn:
+        extensions[id].ext = text;
+        break;
+    default:
+        if (bool *flag = Flag(extensions[id], index.column()))
+            *flag = value.toBool();
+        break;
+    }
+    emit dataChanged(index, index);
+    return true;
+}
+
+QVariant ExtensionsModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal)
+        return QAbstractTableModel::headerData(section, orientation, role);
+    if (role != Qt::DisplayRole)
+        return QVariant();
+    return HeaderTable().value(section);
+}
+
+bool ExtensionsModel::insertRows(int, int, const QModelIndex &)
+{
+    QMap<QString, ExtensionInfo> &extensions = m_data.GetExtensions();
+    const int row = int(std::distance(extensions.constBegin(),
+                                      std::as_const(extensions).lowerBound(NewExtensionId())));
+    beginInsertRows(QModelIndex(), row, row);
+    // An existing "extension" entry is reused and its pattern written again.
+    extensions[NewExtensionId()].ext = QStringLiteral(".") + NewExtensionId();
+    BumpRowEpoch();
+    endInsertRows();
+    return true;
+}
+
+bool ExtensionsModel::removeRows(int row, int, const QModelIndex &)
+{
+    const QMap<QString, ExtensionInfo> &extensions = m_data.GetExtensions();
+    const auto it = m_cursor.At(extensions, row);
+    if (it == extensions.constEnd())
+        return false;
+    const QString id = it.key();
+    beginRemoveRows(QModelIndex(), row, row);
+    m_data.RemoveExtension(id);
+    BumpRowEpoch();
+    endRemoveRows();
+    // Callers must not read the result as a failure: the row is gone.
+    return false;
+}
+
+} // namespace ProductEditor

@@ -1,0 +1,229 @@
+#include "models/FeaturesModel.h"
+
+#include "models/ModelText.h"
+
+#include <iterator>
+#include <utility>
+
+namespace ProductEditor {
+
+namespace {
+
+enum Column {
+    IdColumn,
+    TitleColumn,
+    TooltipColumn,
+    StatustipColumn,
+    VisibleColumn,
+    EmergencyColumn,
+    ProductsColumn,
+    LayoutsColumn,
+    LicensesColumn,
+    ColumnCount
+};
+
+// Looked up with insertion, so a section out of range gains an empty text.
+QMap<int, QString> &HeaderTable()
+{
+    static QMap<int, QString> table = {
+        {IdColumn, QStringLiteral("Id")},
+        {TitleColumn, QStringLiteral("Title")},
+        {TooltipColumn, QStringLiteral("Tooltip")},
+        {StatustipColumn, QStringLiteral("Statustip")},
+        {VisibleColumn, QStringLiteral("Visible")},
+        {EmergencyColumn, QStringLiteral("Emergrncy")},
+        {ProductsColumn, QStringLiteral("Products")},
+        {LayoutsColumn, QStringLiteral("Layouts")},
+        {LicensesColumn, QStringLiteral("Licenses")},
+    };
+    return table;
+}
+
+const QString &NewFeatureId()
+{
+    static const QString id = QStringLiteral("New_Feature");
+    return id;
+}
+
+bool IsTextRole(int role)
+{
+    return role == Qt::DisplayRole || role == Qt::EditRole || role == Qt::ToolTipRole;
+}
+
+bool IsShownRole(int role)
+{
+    return role == Qt::DisplayRole || role == Qt::ToolTipRole;
+}
+
+template <typename Map>
+int LowerBoundRow(const Map &map, const QString &key)
+{
+    return int(std::distance(map.constBegin(), map.lowerBound(key)));
+}
+
+} // namespace
+
+FeaturesModel::FeaturesModel(VantixJsonData &data, QObject *parent)
+    : QAbstractTableModel(parent), m_data(data)
+{
+    m_aboutToReset = connect(&m_data, &VantixJsonData::featuresDataAboutToBeReset, this, [this] {
+        BumpRowEpoch();
+        beginResetModel();
+    });
+    m_reseted = connect(&m_data, &VantixJsonData::featuresDataReseted, this, [this] {
+        BumpRowEpoch();
+        endResetModel();
+    });
+}
+
+FeaturesModel::~FeaturesModel()
+{
+    disconnect(m_aboutToReset);
+    disconnect(m_reseted);
+}
+
+int FeaturesModel::rowCount(const QModelIndex &) const
+{
+    return m_data.GetFeatures().size();
+}
+
+int FeaturesModel::columnCount(const QModelIndex &) const
+{
+    return ColumnCount;
+}
+
+QVariant FeaturesModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid())
+        return QVariant();
+    const QMap<QString, VantixFeatureData> &features = m_data.GetFeatures();
+    const auto it = m_cursor.At(features, index.row());
+    if (it == features.constEnd())
+        return QVariant();
+    const VantixFeatureData &feature = it.value();
+    switch (index.column()) {
+    case IdColumn:
+        return IsTextRole(role) ? QVariant(it.key()) : QVariant();
+    case TitleColumn:
+        return IsTextRole(role) ? QVariant(feature.title) : QVariant();
+    case TooltipColumn:
+        return IsTextRole(role) ? QVariant(feature.tooltip) : QVariant();
+    case StatustipColumn:
+        return IsTextRole(role) ? QVariant(feature.statustip) : QVariant();
+    case VisibleColumn:
+        return IsTextRole(role) ? QVariant(feature.visual) : QVariant();
+    case EmergencyColumn:
+        return IsTextRole(role) ? QVariant(feature.emergency) : QVariant();
+    case ProductsColumn:
+        return IsShownRole(role) ? QVariant(JoinNames(feature.productIds)) : QVariant();
+    case LayoutsColumn:
+        return IsShownRole(role) ? QVariant(JoinNames(feature.layoutNames)) : QVariant();
+    case LicensesColumn: {
+        if (!IsShownRole(role))
+            return QVariant();
+        QSet<QString> licenses;
+        for (const ProductData &product : std::as_const(m_data.GetProducts().products)) {
+            const auto entry = product.specificLicenses.constFind(it.key());
+            if (entry != product.specificLicenses.constEnd())
+                licenses.unite(entry.value());
+        }
+        return JoinNames(licenses);
+    }
+    default:
+        return QVariant();
+    }
+}
+
+bool FeaturesModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (!index.isValid() || role != Qt::EditRole)
+        return false;
+    QMap<QString, VantixFeatureData> &features = m_data.GetFeatures();
+    const auto it = m_cursor.At(features, index.row());
+    if (it == features.constEnd())
+        return false;
+    const QString id = it.key();
+    const QString text = value.toString();
+    // Kept for every column: a text equal to the row's own id is refused.
+    if (text == id)
+        return false;
+
+    switch (index.column()) {
+    case IdColumn: {
+        if (features.contains(text)) {
+            ShowIdExistsToolTip();
+            return false;
+        }
+        const VantixFeatureData record = it.value();
+        // A rename is a remove and an insert so views keep their selection model consistent.
+        beginRemoveRows(QModelIndex(), index.row(), index.row());
+        features.remove(id);
+        BumpRowEpoch();
+        endRemoveRows();
+        const int newRow = LowerBoundRow(std::as_const(features), text);
+        beginInsertRows(QModelIndex(), newRow, newRow);
+        features.insert(text, record);
+        BumpRowEpoch();
+        endInsertRows();
+        break;
+    }
+    case TitleColumn:
+        features[id].title = text;
+        break;
+    case TooltipColumn:
+        features[id].tooltip = text;
+        break;
+    case StatustipColumn:
+        features[id].statustip = text;
+        break;
+    case VisibleColumn:
+        features[id].visual = value.toBool();
+        break;
+    case EmergencyColumn:
+        features[id].emergency = value.toBool();
+        break;
+    default:
+        break;
+    }
+    emit dataChanged(index, index);
+    return true;
+}
+
+QVariant FeaturesModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal)
+        return QAbstractTableModel::headerData(section, orientation, role);
+    if (role != Qt::DisplayRole)
+        return QVariant();
+    return HeaderTable()[section];
+}
+
+bool FeaturesModel::insertRows(int, int, const QModelIndex &)
+{
+    QMap<QString, VantixFeatureData> &features = m_data.GetFeatures();
+    const int row = LowerBoundRow(std::as_const(features), NewFeatureId());
+    // An existing "New_Feature" is kept as it is, yet the insertion is still announced.
+    beginInsertRows(QModelIndex(), row, row);
+    if (!features.contains(NewFeatureId()))
+        features.insert(NewFeatureId(), VantixFeatureData());
+    BumpRowEpoch();
+    endInsertRows();
+    return true;
+}
+
+bool FeaturesModel::removeRows(int row, int, const QModelIndex &)
+{
+    QMap<QString, VantixFeatureData> &features = m_data.GetFeatures();
+    const auto it = m_cursor.At(features, row);
+    if (it == features.constEnd())
+        return false;
+    const QString id = it.key();
+    beginRemoveRows(QModelIndex(), row, row);
+    features.remove(id);
+    BumpRowEpoch();
+    endRemoveRows();
+    // Callers must not read the result as a failure: the row is gone.
+    return false;
+}
+
+} // namespace ProductEditor

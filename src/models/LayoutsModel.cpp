@@ -1,0 +1,53 @@
+#include "models/LayoutsModel.h"
+
+namespace ProductEditor {
+
+LayoutsModel::LayoutsModel(VantixJsonData &data, QObject *parent)
+    : QAbstractTableModel(parent), m_data(data)
+{
+    connect(&m_data, &VantixJsonData::featuresDataAboutToBeReset, this, [this] {
+        BumpRowEpoch();
+        beginResetModel();
+    });
+    connect(&m_data, &VantixJsonData::featuresDataReseted, this, [this] {
+        BumpRowEpoch();
+        endResetModel();
+    });
+}
+
+LayoutsModel::~LayoutsModel() = default;
+
+int LayoutsModel::rowCount(const QModelIndex &) const
+{
+    return m_data.GetLayouts().size();
+}
+
+int LayoutsModel::columnCount(const QModelIndex &) const
+{
+    return 3;
+}
+
+QVariant LayoutsModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || index.column() != 2 || role != Qt::DisplayRole)
+        return QVariant();
+    const QMap<QString, LayoutData> &layouts = m_data.GetLayouts();
+    const auto it = m_cursor.At(layouts, index.row());
+    return it == layouts.constEnd() ? QVariant() : QVariant(it.key());
+}
+
+QVariant LayoutsModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return QVariant();
+    switch (section) {
+    case 0:
+        return QStringLiteral("Current\nFeature");
+    case 1:
+        return QStringLiteral("Current\nProduct");
+    default:
+        return QStringLiteral("Name");
+    }
+}
+
+} // namespace ProductEditor

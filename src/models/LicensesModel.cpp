@@ -1,0 +1,43 @@
+#include "models/LicensesModel.h"
+
+namespace ProductEditor {
+
+LicensesModel::LicensesModel(VantixJsonData &data, QObject *parent)
+    : QAbstractTableModel(parent), m_data(data)
+{
+    connect(&m_data, &VantixJsonData::featuresDataAboutToBeReset, this, [this] {
+        BumpRowEpoch();
+        beginResetModel();
+    });
+    connect(&m_data, &VantixJsonData::featuresDataReseted, this, [this] {
+        BumpRowEpoch();
+        endResetModel();
+    });
+}
+
+LicensesModel::~LicensesModel() = default;
+
+int LicensesModel::rowCount(const QModelIndex &) const
+{
+    return m_data.GetLicenses().size();
+}
+
+int LicensesModel::columnCount(const QModelIndex &) const
+{
+    return 3;
+}
+
+QVariant LicensesModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || role != Qt::DisplayRole)
+        return QVariant();
+    if (index.column() != 1 && index.column() != 2)
+        return QVariant();
+    const QMap<QString, QString> &licenses = m_data.GetLicenses();
+    const auto it = m_cursor.At(licenses, index.row());
+    if (it == licenses.constEnd())
+        return QVariant();
+    return index.column() == 1 ? it.key() : it.value();
+}
+
+} // namespace ProductEditor

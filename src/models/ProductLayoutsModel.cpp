@@ -1,0 +1,120 @@
+#include "models/ProductLayoutsModel.h"
+
+#include "models/CheckMark.h"
+
+#include <QColor>
+
+namespace ProductEditor {
+
+namespace {
+
+enum { FeatureColumn, ProductColumn, NameColumn };
+
+ProductData *FindProduct(VantixJsonData &data, const QString &id)
+{
+    for (ProductData &product : data.GetProducts().products) {
+        if (product.id == id)
+            return &product;
+    }
+    return nullptr;
+}
+
+const ProductData *FindProductToRead(VantixJsonData &data, const QString &id)
+{
+    for (const ProductData &product : std::as_const(data.GetProducts().products)) {
+        if (product.id == id)
+            return &product;
+    }
+    return nullptr;
+}
+
+bool IsCheckRole(int role)
+{
+    return role == Qt::DecorationRole || role == Qt::UserRole;
+}
+
+} // namespace
+
+ProductLayoutsModel::ProductLayoutsModel(VantixJsonData &data, QObject *parent)
+    : QIdentityProxyModel(parent), m_data(data)
+{
+}
+
+ProductLayoutsModel::~ProductLayoutsModel() = default;
+
+QString ProductLayoutsModel::_LayoutName(const QModelIndex &index) const
+{
+    const QModelIndex source = mapToSource(index);
+    return source.sibling(source.row(), NameColumn).data(Qt::DisplayRole).toString();
+}
+
+QVariant ProductLayoutsModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || m_currentFeature.isEmpty())
+        return QVariant();
+    const QString name = _LayoutName(index);
+    switch (index.column()) {
+    case FeatureColumn: {
+        // Looked up with insertion: an unknown current id gains a default record.
+        const VantixFeatureData &feature = m_data.GetFeatures()[m_currentFeature];
+        if (IsCheckRole(role))
+            return CheckMarkData(feature.layoutNames.contains(name), role);
+        break;
+    }
+    case ProductColumn:
+        if (IsCheckRole(role)) {
+            const ProductData *product = FindProductToRead(m_data, m_currentProduct);
+            return product ? CheckMarkData(product->modes.contains(name), role) : QVariant();
+        }
+        break;
+    case NameColumn:
+        if (role == Qt::ForegroundRole) {
+            const ProductData *product = FindProductToRead(m_data, m_currentProduct);
+            if (!product)
+                return QVariant();
+            return QColor(product->modes.contains(name) ? Qt::black : Qt::gray);
+        }
+        break;
+    default:
+        break;
+    }
+    return QIdentityProxyModel::data(index, role);
+}
+
+bool ProductLayoutsModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (!index.isValid() || index.column() == NameColumn || role != Qt::EditRole
+        || !mapToSource(index).isValid())
+        return false;
+    const QString name = _LayoutName(index);
+    QSet<QString> *set = nullptr;
+    if (index.column() == FeatureColumn) {
+        set = &m_data.GetFeatures()[m_currentFeature].layoutNames;
+    } else if (index.column() == ProductColumn) {
+        ProductData *product = FindProduct(m_data, m_currentProduct);
+        if (!product)
+            return false;
+        set = &product->modes;
+    }
+    if (set) {
+        if (value.toBool())
+            set->insert(name);
+        else
+            set->remove(name);
+    }
+    emit dataChanged(index, index);
+    return true;
+}
+
+void ProductLayoutsModel::UpdateData(const QString &product)
+{
+    m_currentProduct = product;
+    emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+}
+
+void ProductLayoutsModel::UpdateFeature(const QString &feature)
+{
+    m_currentFeature = feature;
+}
+
+} // namespace ProductEditor
