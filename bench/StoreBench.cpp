@@ -1,0 +1,358 @@
+// Store speed at three sizes, each against the floor of what any reader and
+// writer of the same documents must do: parse them and serialise them.
+// After the runs a table of ratios and the peak-memory figures are printed.
+
+#include "SyntheticFolder.h"
+
+#include "store/VantixJsonData.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QVector>
+
+#include <benchmark/benchmark.h>
+
+#include <malloc.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <map>
+#include <memory>
+#include <string>
+
+using ProductEditor::VantixJsonData;
+
+namespace {
+
+const int kScales[] = {2000, 20000, 100000};
+const int kMemoryScale = 100000;
+
+QVector<QByteArray> AllFiles(const SyntheticFolder &folder)
+{
+    QVector<QByteArray> files{folder.productsJson};
+    for (const QByteArray &layout : folder.layoutFiles)
+        files.append(layout);
+    return files;
+}
+
+qint64 TotalSize(const QVector<QByteArray> &files)
+{
+    qint64 total = 0;
+    for (const QByteArray &bytes : files)
+        total += bytes.size();
+    return total;
+}
+
+QVector<QJsonObject> ParseAll(const QVector<QByteArray> &files)
+{
+    QVector<QJsonObject> objects;
+    objects.reserve(files.size());
+    for (const QByteArray &bytes : files)
+        objects.append(QJsonDocument::fromJson(bytes).object());
+    return objects;
+}
+
+// One generated folder per scale, built outside every timed region and kept
+// for the whole run so each benchmark sees the same bytes.
+struct Fixture
+{
+    explicit Fixture(int features)
+        : folder(GenerateSyntheticFolder(features))
+        , memory(folder)
+        , files(AllFiles(folder))
+        , bytes(TotalSize(files))
+        , parsed(ParseAll(files))
+    {
+    }
+
+    VantixJsonData &loadedStore()
+    {
+        if (!store)
+            store = std::make_unique<VantixJsonData>(memory.root(), memory.reader(), memory.writer(),
+                                                     QMap<QString, QString>());
+        return *store;
+    }
+
+    SyntheticFolder folder;
+    MemoryDefinitionFolder memory;
+    QVector<QByteArray> files;
+    qint64 bytes;
+    QVector<QJsonObject> parsed;
+    std::unique_ptr<VantixJsonData> store;
+    QTemporaryDir target;
+};
+
+Fixture &FixtureFor(int features)
+{
+    static std::map<int, std::unique_ptr<Fixture>> fixtures;
+    std::unique_ptr<Fixture> &fixture = fixtures[features];
+    if (!fixture)
+        fixture = std::make_unique<Fixture>(features);
+    return *fixture;
+}
+
+void Parse(benchmark::State &state)
+{
+    Fixture &fixture = FixtureFor(int(state.range(0)));
+    for (auto _ : state) {
+        QVector<QJsonObject> objects = ParseAll(fixture.files);
+        benchmark::DoNotOptimize(objects.data());
+        state.PauseTiming();
+        objects.clear();
+        state.ResumeTiming();
+    }
+    state.SetBytesProcessed(state.iterations() * fixture.bytes);
+}
+
+void Load(benchmark::State &state)
+{
+    Fixture &fixture = FixtureFor(int(state.range(0)));
+    for (auto _ : state) {
+        auto store = std::make_unique<VantixJsonData>(fixture.memory.root(), fixture.memory.reader(),
+                                                      fixture.memory.writer(), QMap<QString, QString>());
+        benchmark::DoNotOptimize(store.get());
+        state.PauseTiming();
+        if (store->GetFeatures().isEmpty())
+            state.SkipWithError("the synthetic folder did not load");
+        store.reset();
+        state.ResumeTiming();
+    }
+    state.SetBytesProcessed(state.iterations() * fixture.bytes);
+}
+
+void ToJson(benchmark::State &state)
+{
+    Fixture &fixture = FixtureFor(int(state.range(0)));
+    for (auto _ : state) {
+        for (const QJsonObject &object : fixture.parsed) {
+            const QByteArray text = QJsonDocument(object).toJson(QJsonDocument::Indented);
+            benchmark::DoNotOptimize(text.constData());
+        }
+    }
+    state.SetBytesProcessed(state.iterations() * fixture.bytes);
+}
+
+void UpdateResultJsons(benchmark::State &state)
+{
+    VantixJsonData &store = FixtureFor(int(state.range(0))).loadedStore();
+    for (auto _ : state) {
+        store.UpdateResultJsons();
+        benchmark::DoNotOptimize(store.GetProductsResultJson());
+    }
+}
+
+// SaveAs regenerates and serialises every document; the memory writer keeps the bytes.
+void SaveAs(benchmark::State &state)
+{
+    Fixture &fixture = FixtureFor(int(state.range(0)));
+    VantixJsonData &store = fixture.loadedStore();
+    for (auto _ : state) {
+        if (!store.SaveAs(fixture.target.path()))
+            state.SkipWithError("SaveAs failed");
+    }
+    state.SetBytesProcessed(state.iterations() * fixture.bytes);
+}
+
+// Keeps the fastest CPU time per iteration of every run, so repetitions only
+// ever make the figures less noisy.
+class CollectingReporter : public benchmark::ConsoleReporter
+{
+public:
+    void ReportRuns(const std::vector<Run> &reports) override
+    {
+        for (const Run &run : reports) {
+            if (run.run_type != Run::RT_Iteration || run.error_occurred || run.iterations == 0)
+                continue;
+            const double seconds = run.cpu_accumulated_time / double(run.iterations);
+            const std::string key = run.run_name.function_name + "/" + run.run_name.args;
+            const auto found = m_seconds.find(key);
+            if (found == m_seconds.end() || seconds < found->second)
+                m_seconds[key] = seconds;
+        }
+        ConsoleReporter::ReportRuns(reports);
+    }
+
+    double seconds(const char *name, int scale) const
+    {
+        const auto found = m_seconds.find(std::string(name) + "/" + std::to_string(scale));
+        return found == m_seconds.end() ? NAN : found->second;
+    }
+
+private:
+    std::map<std::string, double> m_seconds;
+};
+
+// Peak memory, measured in a child process forked before any fixture exists so
+// that neither freed memory of earlier work nor the fixtures blur the figures.
+struct MemoryFigures
+{
+    double documentsKiB = 0;  // RSS growth from holding the parsed documents
+    double loadPeakKiB = 0;   // peak RSS growth while loading
+    double loadHeldKiB = 0;   // RSS growth that stays while the store is loaded
+    double savePeakKiB = 0;   // peak RSS growth through load, regeneration and save
+    double inputKiB = 0;      // the documents' bytes
+    bool valid = false;
+};
+
+long StatusKiB(const char *field)
+{
+    std::ifstream status("/proc/self/status");
+    std::string line;
+    const size_t length = std::strlen(field);
+    while (std::getline(status, line)) {
+        if (line.compare(0, length, field) == 0 && line.size() > length && line[length] == ':')
+            return std::stol(line.substr(length + 1));
+    }
+    return -1;
+}
+
+bool ResetPeak()
+{
+    std::ofstream clear("/proc/self/clear_refs");
+    clear << "5";
+    clear.flush();
+    return bool(clear);
+}
+
+MemoryFigures MeasureInChild()
+{
+    MemoryFigures figures;
+    {
+        const SyntheticFolder folder = GenerateSyntheticFolder(kMemoryScale);
+        MemoryDefinitionFolder memory(folder);
+        const QVector<QByteArray> files = AllFiles(folder);
+        figures.inputKiB = double(TotalSize(files)) / 1024.0;
+        malloc_trim(0);
+
+        const long before = StatusKiB("VmRSS");
+        {
+            const QVector<QJsonObject> documents = ParseAll(files);
+            figures.documentsKiB = double(StatusKiB("VmRSS") - before);
+        }
+        malloc_trim(0);
+
+        const long base = StatusKiB("VmRSS");
+        if (!ResetPeak())
+            return figures;
+        VantixJsonData store(memory.root(), memory.reader(), memory.writer(), QMap<QString, QString>());
+        figures.loadPeakKiB = double(StatusKiB("VmHWM") - base);
+        figures.loadHeldKiB = double(StatusKiB("VmRSS") - base);
+        QTemporaryDir target;
+        store.UpdateResultJsons();
+        store.SaveAs(target.path());
+        figures.savePeakKiB = double(StatusKiB("VmHWM") - base);
+        figures.valid = !store.GetFeatures().isEmpty() && !memory.written.isEmpty();
+    }
+    return figures;
+}
+
+MemoryFigures MeasureMemory()
+{
+    int channel[2];
+    if (pipe(channel) != 0)
+        return {};
+    const pid_t child = fork();
+    if (child < 0)
+        return {};
+    if (child == 0) {
+        close(channel[0]);
+        const MemoryFigures figures = MeasureInChild();
+        const ssize_t written = write(channel[1], &figures, sizeof figures);
+        _exit(written == ssize_t(sizeof figures) ? 0 : 1);
+    }
+    close(channel[1]);
+    MemoryFigures figures;
+    const ssize_t got = read(channel[0], &figures, sizeof figures);
+    close(channel[0]);
+    int status = 0;
+    waitpid(child, &status, 0);
+    if (got != ssize_t(sizeof figures) || !WIFEXITED(status) || WEXITSTATUS(status) != 0)
+        return {};
+    return figures;
+}
+
+// Time growth per tenfold size, whatever the step between the two sizes.
+double PerTenfold(double small, double large, int smallScale, int largeScale)
+{
+    return std::pow(10.0, std::log(large / small) / std::log(double(largeScale) / smallScale));
+}
+
+void PrintSummary(const CollectingReporter &times, const MemoryFigures &memory)
+{
+    std::printf("\n| features | parse ms | Load ms | Load / parse | toJson ms | UpdateResultJsons ms | SaveAs ms "
+                "| UpdateResultJsons / toJson | SaveAs / toJson |\n");
+    std::printf("|---:|---:|---:|---:|---:|---:|---:|---:|---:|\n");
+    for (const int scale : kScales) {
+        const double parse = times.seconds("Parse", scale);
+        const double load = times.seconds("Load", scale);
+        const double toJson = times.seconds("ToJson", scale);
+        const double update = times.seconds("UpdateResultJsons", scale);
+        const double save = times.seconds("SaveAs", scale);
+        std::printf("| %d | %.1f | %.1f | %.2fx | %.1f | %.1f | %.1f | %.2fx | %.2fx |\n", scale, parse * 1e3,
+                    load * 1e3, load / parse, toJson * 1e3, update * 1e3, save * 1e3, update / toJson,
+                    save / toJson);
+    }
+
+    std::printf("\n| operation | growth per tenfold, 2k -> 20k | growth per tenfold, 20k -> 100k |\n");
+    std::printf("|---|---:|---:|\n");
+    for (const char *name : {"Parse", "Load", "ToJson", "UpdateResultJsons", "SaveAs"}) {
+        std::printf("| %s | %.1fx | %.1fx |\n", name,
+                    PerTenfold(times.seconds(name, kScales[0]), times.seconds(name, kScales[1]), kScales[0], kScales[1]),
+                    PerTenfold(times.seconds(name, kScales[1]), times.seconds(name, kScales[2]), kScales[1], kScales[2]));
+    }
+
+    if (!memory.valid) {
+        std::printf("\nPeak memory: not measured\n");
+        return;
+    }
+    std::printf("\nMemory at %d features (input %.1f MiB, parsed documents as QJsonObject %.1f MiB):\n", kMemoryScale,
+                memory.inputKiB / 1024.0, memory.documentsKiB / 1024.0);
+    std::printf("| measure | MiB | / documents as QJsonObject |\n|---|---:|---:|\n");
+    std::printf("| held after Load | %.1f | %.2fx |\n", memory.loadHeldKiB / 1024.0,
+                memory.loadHeldKiB / memory.documentsKiB);
+    std::printf("| peak during Load | %.1f | %.2fx |\n", memory.loadPeakKiB / 1024.0,
+                memory.loadPeakKiB / memory.documentsKiB);
+    std::printf("| peak through Load, UpdateResultJsons, SaveAs | %.1f | %.2fx |\n", memory.savePeakKiB / 1024.0,
+                memory.savePeakKiB / memory.documentsKiB);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    // "--no-memory" skips the forked peak-memory measurement.
+    bool measureMemory = true;
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--no-memory") == 0) {
+            measureMemory = false;
+            for (int j = i; j + 1 < argc; ++j)
+                argv[j] = argv[j + 1];
+            --argc;
+            --i;
+        }
+    }
+    const MemoryFigures memory = measureMemory ? MeasureMemory() : MemoryFigures();
+
+    // Scale by scale, so each operation runs next to its floor.
+    const std::pair<const char *, void (*)(benchmark::State &)> operations[] = {
+        {"Parse", &Parse}, {"Load", &Load}, {"ToJson", &ToJson},
+        {"UpdateResultJsons", &UpdateResultJsons}, {"SaveAs", &SaveAs}};
+    for (const int scale : kScales) {
+        for (const auto &operation : operations)
+            benchmark::RegisterBenchmark(operation.first, operation.second)->Arg(scale)->Unit(benchmark::kMillisecond);
+    }
+
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    CollectingReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+    PrintSummary(reporter, memory);
+    return 0;
+}
