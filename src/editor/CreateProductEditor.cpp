@@ -1,0 +1,15 @@
+#include "editor/CreateProductEditor.h"
+
+#include "editor/VantixJSONEditor.h"
+
+namespace ProductEditor {
+
+QMainWindow *CreateProductEditor(const QString &path,
+                                 const std::function<QByteArray(const QString &)> &reader,
+                                 const std::function<bool(const QString &, const QByteArray &)> &writer,
+                                 const QMap<QString, QString> &map, QWidget *parent)
+{
+    return new VantixJSONEditor(path, reader, writer, map, parent);
+}
+
+} // namespace ProductEditor

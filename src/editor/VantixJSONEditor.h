@@ -1,0 +1,85 @@
+#pragma once
+
+#include "ProductEditorExport.h"
+
+#include <QByteArray>
+#include <QMainWindow>
+#include <QMap>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+class QAbstractItemModel;
+class QJsonObject;
+class QKeyEvent;
+class QModelIndex;
+
+namespace ProductEditor {
+
+struct EditorPrivate;
+class VantixFeaturesDiffModel;
+
+// The editor's main window: a File menu and six pages over one definition store.
+class PRODUCT_EDITOR_EXPORT VantixJSONEditor : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    VantixJSONEditor(const QString &path, const std::function<QByteArray(const QString &)> &reader,
+                     const std::function<bool(const QString &, const QByteArray &)> &writer,
+                     const QMap<QString, QString> &map, QWidget *parent = nullptr);
+    ~VantixJSONEditor() override;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void _InitMenu();
+    void _InitFeatureTab();
+    void _InitProductsTab();
+    void _InitDiffTab();
+    void _InitResultTab();
+    void _InitQueryTab();
+    void _InitExtensionTab();
+
+    void _TabBarChanged(int index);
+    void keyPressEvent(QKeyEvent *event) override;
+
+    // File menu
+    void _Reload();
+    void _Load();
+    void _SaveAs();
+    void _Compare();
+    void _CompareProducts();
+    QString _AskFolder(const QString &caption);
+
+    // Features page
+    void _FeatureChanged(const QModelIndex &current);
+    void _AddFeature();
+    void _DuplicateFeature();
+    void _RemoveFeature();
+
+    // Extensions page
+    void _ExtensionChanged(const QModelIndex &current);
+
+    // Products page
+    void _DuplicateProduct();
+    void _RemoveProduct();
+    void _AddLicense();
+    void _RemoveLicense();
+
+    // Changes, Query and Result pages
+    VantixFeaturesDiffModel *_BuildDiffModel(const QString &name, const QJsonObject &left,
+                                             const QJsonObject &right, QWidget *parent);
+    void _ClearDiffTabs();
+    void _AddDiffTab(const QString &name, VantixFeaturesDiffModel *model);
+    void _Update();
+    void _ApplyChanges();
+    void _ApplyQuery();
+    void _ShowQueriedFeature(const QModelIndex &index);
+
+    std::unique_ptr<EditorPrivate> d; // owned
+};
+
+} // namespace ProductEditor
