@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QtGlobal>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+
+// Helpers shared by the fuzz targets.
+namespace FuzzSupport {
+
+// One fuzz input carries several documents separated by this line.
+inline const QByteArray &Separator()
+{
+    static const QByteArray separator("\n#next\n");
+    return separator;
+}
+
+// Splits the input at the first `maxParts - 1` separators; missing parts are absent.
+inline QList<QByteArray> SplitInput(const uint8_t *data, size_t size, int maxParts)
+{
+    const QByteArray input = QByteArray::fromRawData(reinterpret_cast<const char *>(data), int(size));
+    QList<QByteArray> parts;
+    int from = 0;
+    while (parts.size() < maxParts - 1) {
+        const int at = input.indexOf(Separator(), from);
+        if (at < 0)
+            break;
+        parts << QByteArray(input.constData() + from, at - from);
+        from = at + Separator().size();
+    }
+    parts << QByteArray(input.constData() + from, input.size() - from);
+    return parts;
+}
+
+// The library's warnings and debug lines would only slow the runs down.
+inline void SilenceMessages()
+{
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+}
+
+// Reports a broken property with both sides and stops, so libFuzzer keeps the input.
+[[noreturn]] inline void Fail(const char *what, const QByteArray &expected, const QByteArray &actual)
+{
+    std::fprintf(stderr, "PROPERTY FAILED: %s\n--- expected ---\n%s\n--- actual ---\n%s\n", what,
+                 expected.constData(), actual.constData());
+    std::abort();
+}
+
+} // namespace FuzzSupport
