@@ -36,10 +36,14 @@ inline QList<QByteArray> SplitInput(const uint8_t *data, size_t size, int maxPar
     return parts;
 }
 
-// The library's warnings and debug lines would only slow the runs down.
+// The library's warnings and debug lines would only slow the runs down; a
+// fatal message (a model tester's verdict) is printed before Qt aborts.
 inline void SilenceMessages()
 {
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &message) {
+        if (type == QtFatalMsg)
+            std::fprintf(stderr, "FATAL: %s\n", qPrintable(message));
+    });
 }
 
 // Reports a broken property with both sides and stops, so libFuzzer keeps the input.
