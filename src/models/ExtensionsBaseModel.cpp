@@ -53,8 +53,11 @@ ExtensionsBaseModel::ExtensionsBaseModel(VantixJsonData &data, QObject *parent)
 
 ExtensionsBaseModel::~ExtensionsBaseModel() = default;
 
-int ExtensionsBaseModel::rowCount(const QModelIndex &) const
+int ExtensionsBaseModel::rowCount(const QModelIndex &parent) const
 {
+    // A cell of a table has no rows under it.
+    if (parent.isValid())
+        return 0;
     return ItemCount();
 }
 

@@ -30,8 +30,11 @@ ExtensionsLicenseModel::ExtensionsLicenseModel(VantixJsonData &data, QObject *pa
 
 ExtensionsLicenseModel::~ExtensionsLicenseModel() = default;
 
-int ExtensionsLicenseModel::rowCount(const QModelIndex &) const
+int ExtensionsLicenseModel::rowCount(const QModelIndex &parent) const
 {
+    // A cell of a table has no rows under it.
+    if (parent.isValid())
+        return 0;
     return m_data.GetLicenses().size();
 }
 

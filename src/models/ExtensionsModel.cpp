@@ -65,8 +65,11 @@ ExtensionsModel::ExtensionsModel(VantixJsonData &data, QObject *parent)
 
 ExtensionsModel::~ExtensionsModel() = default;
 
-int ExtensionsModel::rowCount(const QModelIndex &) const
+int ExtensionsModel::rowCount(const QModelIndex &parent) const
 {
+    // A cell of a table has no rows under it.
+    if (parent.isValid())
+        return 0;
     return m_data.GetExtensions().size();
 }
 

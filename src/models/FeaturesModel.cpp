@@ -82,8 +82,11 @@ FeaturesModel::~FeaturesModel()
     disconnect(m_reseted);
 }
 
-int FeaturesModel::rowCount(const QModelIndex &) const
+int FeaturesModel::rowCount(const QModelIndex &parent) const
 {
+    // A cell of a table has no rows under it.
+    if (parent.isValid())
+        return 0;
     return m_data.GetFeatures().size();
 }
 

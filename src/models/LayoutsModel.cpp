@@ -17,8 +17,11 @@ LayoutsModel::LayoutsModel(VantixJsonData &data, QObject *parent)
 
 LayoutsModel::~LayoutsModel() = default;
 
-int LayoutsModel::rowCount(const QModelIndex &) const
+int LayoutsModel::rowCount(const QModelIndex &parent) const
 {
+    // A cell of a table has no rows under it.
+    if (parent.isValid())
+        return 0;
     return m_data.GetLayouts().size();
 }
 

@@ -17,8 +17,11 @@ LicensesModel::LicensesModel(VantixJsonData &data, QObject *parent)
 
 LicensesModel::~LicensesModel() = default;
 
-int LicensesModel::rowCount(const QModelIndex &) const
+int LicensesModel::rowCount(const QModelIndex &parent) const
 {
+    // A cell of a table has no rows under it.
+    if (parent.isValid())
+        return 0;
     return m_data.GetLicenses().size();
 }
 

@@ -21,8 +21,11 @@ ProductsModel::ProductsModel(VantixJsonData &data, QObject *parent)
 
 ProductsModel::~ProductsModel() = default;
 
-int ProductsModel::rowCount(const QModelIndex &) const
+int ProductsModel::rowCount(const QModelIndex &parent) const
 {
+    // A cell of a table has no rows under it.
+    if (parent.isValid())
+        return 0;
     return m_data.GetProducts().products.size();
 }
 
