@@ -342,6 +342,8 @@ void VantixJSONEditor::_InitFeatureTab()
 
     ui.mp_lst_features->selectionModel()->setCurrentIndex(model.GetFeaturesModel()->index(0, 0),
                                                           SelectCurrent);
+    // The license names are known only once a feature and a product are current.
+    licenses->resizeColumnsToContents();
 }
 
 void VantixJSONEditor::_FeatureChanged(const QModelIndex &current)
@@ -671,6 +673,7 @@ void VantixJSONEditor::_InitResultTab()
     QTreeView *tree = d->ui.mp_tree_result;
     tree->setModel(d->model.GetResultModel());
     d->model.GetResultModel()->SetJson(d->model.GetData().GetProductsResultJson());
+    tree->resizeColumnToContents(0);
     connect(tree, &QTreeView::expanded, this, [tree] {
         tree->resizeColumnToContents(0);
         tree->resizeColumnToContents(1);
@@ -813,6 +816,8 @@ void VantixJSONEditor::_InitExtensionTab()
     });
 
     list->selectionModel()->setCurrentIndex(list->model()->index(0, 0), SelectCurrent);
+    // The license names are known only once an extension is current.
+    licenses->resizeColumnsToContents();
 }
 
 void VantixJSONEditor::_ExtensionChanged(const QModelIndex &current)
