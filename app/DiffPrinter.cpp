@@ -1,0 +1,145 @@
+#include "DiffPrinter.h"
+
+#include "CliSupport.h"
+
+#include "json/QJsonDiffTreeItem.h"
+#include "json/VantixFeaturesDiffModel.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+using namespace ProductEditor;
+
+namespace {
+
+QString TypeName(QJsonValue::Type type)
+{
+    switch (type) {
+    case QJsonValue::Null: return QStringLiteral("Null");
+    case QJsonValue::Bool: return QStringLiteral("Bool");
+    case QJsonValue::Double: return QStringLiteral("Double");
+    case QJsonValue::String: return QStringLiteral("String");
+    case QJsonValue::Array: return QStringLiteral("Array");
+    case QJsonValue::Object: return QStringLiteral("Object");
+    case QJsonValue::Undefined: break;
+    }
+    return QStringLiteral("Undefined");
+}
+
+QString ValueText(const QJsonValue &value)
+{
+    constexpr int limit = 100;
+    QString text = QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact));
+    text = text.mid(1, text.size() - 2);
+    if (text.size() > limit)
+        text = text.left(limit) + QStringLiteral("...");
+    return text;
+}
+
+QString Marker(int diffType)
+{
+    if (diffType & QJsonDiffTreeItem::LeftOnly)
+        return QStringLiteral("-");
+    if (diffType & QJsonDiffTreeItem::RightOnly)
+        return QStringLiteral("+");
+    return QStringLiteral("~");
+}
+
+void PrintTextNode(QTextStream &out, const QJsonDiffTreeItem &node, int depth)
+{
+    const int diffType = node.diffType();
+    out << QString(depth * 2, QLatin1Char(' ')) << Marker(diffType) << ' ';
+    const QJsonValue side = (diffType & QJsonDiffTreeItem::LeftOnly) ? node.values().left : node.values().right;
+    if ((diffType & (QJsonDiffTreeItem::LeftOnly | QJsonDiffTreeItem::RightOnly)) && side.isString()
+        && side.toString() == node.key()) {
+        // A string array element is its own key.
+        out << ValueText(side) << '\n';
+        return;
+    }
+    out << (node.key().isEmpty() ? QStringLiteral("\"\"") : node.key());
+    if (diffType & (QJsonDiffTreeItem::LeftOnly | QJsonDiffTreeItem::RightOnly))
+        out << ": " << ValueText(side);
+    else if (node.childCount() == 0)
+        out << ": " << ValueText(node.values().left) << " -> " << ValueText(node.values().right);
+    out << '\n';
+    for (int i = 0; i < node.childCount(); ++i)
+        PrintTextNode(out, *static_cast<const QJsonDiffTreeItem *>(node.child(i)), depth + 1);
+}
+
+} // namespace
+
+bool ParseDiffFormat(const QString &text, DiffFormat *format)
+{
+    if (text.isEmpty() || text == QLatin1String("text")) {
+        *format = DiffFormat::Text;
+        return true;
+    }
+    if (text == QLatin1String("json")) {
+        *format = DiffFormat::Json;
+        return true;
+    }
+    Err() << "product-editor: unknown format '" << text << "' (use text or json)\n";
+    return false;
+}
+
+DiffReport CompareDocuments(const QString &name, const QJsonObject &left, const QJsonObject &right)
+{
+    DiffReport report{name, std::make_unique<VantixFeaturesDiffModel>()};
+    if (!report.model->Regenerate(left, right))
+        report.model.reset();
+    return report;
+}
+
+QJsonObject DiffNodeToJson(const QJsonDiffTreeItem &node)
+{
+    QJsonArray children;
+    for (int i = 0; i < node.childCount(); ++i)
+        children.append(DiffNodeToJson(*static_cast<const QJsonDiffTreeItem *>(node.child(i))));
+    return QJsonObject{
+        {QStringLiteral("key"), node.key()},
+        {QStringLiteral("type"), TypeName(node.type())},
+        {QStringLiteral("diffType"), node.diffType()},
+        {QStringLiteral("action"), int(node.action())},
+        {QStringLiteral("left"), node.values().left},
+        {QStringLiteral("right"), node.values().right},
+        {QStringLiteral("children"), children},
+    };
+}
+
+bool PrintDiffReports(QTextStream &out, const QVector<const DiffReport *> &reports, DiffFormat format,
+                      const QString &leftSide, const QString &rightSide)
+{
+    bool different = false;
+    for (const DiffReport *report : reports)
+        different = different || report->model;
+    if (format == DiffFormat::Json) {
+        // Written member by member: a QJsonObject would sort the document names.
+        out << "{";
+        bool first = true;
+        for (const DiffReport *report : reports) {
+            if (!report->model)
+                continue;
+            const QByteArray name = QJsonDocument(QJsonArray{report->name}).toJson(QJsonDocument::Compact);
+            const QByteArray tree = QJsonDocument(DiffNodeToJson(*report->model->GetRoot()))
+                                        .toJson(QJsonDocument::Compact);
+            out << (first ? "\n" : ",\n") << "  " << QString::fromUtf8(name.mid(1, name.size() - 2)) << ": "
+                << QString::fromUtf8(tree);
+            first = false;
+        }
+        out << (first ? "}\n" : "\n}\n");
+        return different;
+    }
+    if (different) {
+        out << "# left: " << leftSide << ", right: " << rightSide
+            << "; - left only, + right only, ~ changed (left -> right)\n";
+    }
+    for (const DiffReport *report : reports) {
+        if (!report->model)
+            continue;
+        out << "=== " << report->name << '\n';
+        const QJsonDiffTreeItem *root = report->model->GetRoot();
+        for (int i = 0; i < root->childCount(); ++i)
+            PrintTextNode(out, *static_cast<const QJsonDiffTreeItem *>(root->child(i)), 0);
+    }
+    return different;
+}
