@@ -143,7 +143,7 @@ int RenderScreenshot(QMainWindow *window, const EditorOptions &options)
         PreparePage(window, options.tab);
     }
     // Larger than the form's own size so that every column of the wide tables reads in full.
-    window->resize(1400, 900);
+    window->resize(1600, 960);
     window->show();
     QApplication::processEvents();
     const QPixmap image = window->grab();
@@ -154,6 +154,20 @@ int RenderScreenshot(QMainWindow *window, const EditorOptions &options)
     Out() << "product-editor: wrote " << QDir::toNativeSeparators(options.screenshot) << "\n";
     Out().flush();
     return ExitOk;
+}
+
+// Rendering off screen makes the platform plugin and the standard paths warn
+// about things that do not matter for a picture.
+QtMessageHandler previousHandler = nullptr;
+
+void QuietOffscreenMessages(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (type == QtWarningMsg
+        && (message.startsWith(QLatin1String("This plugin does not support"))
+            || message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"))))
+        return;
+    if (previousHandler)
+        previousHandler(type, context, message);
 }
 
 } // namespace
@@ -170,6 +184,9 @@ int RunEditor(int &argc, char **argv)
     if (!options.screenshot.isEmpty() && qEnvironmentVariableIsEmpty("DISPLAY")
         && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+
+    if (!options.screenshot.isEmpty())
+        previousHandler = qInstallMessageHandler(QuietOffscreenMessages);
 
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("product-editor"));

@@ -816,8 +816,6 @@ void VantixJSONEditor::_InitExtensionTab()
     });
 
     list->selectionModel()->setCurrentIndex(list->model()->index(0, 0), SelectCurrent);
-    // The license names are known only once an extension is current.
-    licenses->resizeColumnsToContents();
 }
 
 void VantixJSONEditor::_ExtensionChanged(const QModelIndex &current)
