@@ -417,8 +417,8 @@ void DiffEngineTest::sidesAndCheckStates_data()
     QTest::addColumn<QVariant>("leftCheck");
     QTest::addColumn<QVariant>("rightCheck");
 
-    const QVariant checked(int(Qt::Checked));
-    const QVariant unchecked(int(Qt::Unchecked));
+    const QVariant checked(static_cast<int>(Qt::Checked));
+    const QVariant unchecked(static_cast<int>(Qt::Unchecked));
     QTest::newRow("left-only member") << "l" << QVariant("Yes") << QVariant("No") << checked << unchecked;
     QTest::newRow("right-only member") << "r" << QVariant("No") << QVariant("Yes") << checked << unchecked;
     QTest::newRow("left-only element (6)") << "s/b" << QVariant("Yes") << QVariant("No") << checked << unchecked;
