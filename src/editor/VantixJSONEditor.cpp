@@ -642,11 +642,16 @@ void VantixJSONEditor::_Update()
                                           d->diffTabBar))
             _AddDiffTab(key, model);
         // Refreshed per layout, so a folder without layouts leaves the button as it was.
+        // Nothing can change the tree between two layouts, so a tree that already
+        // shows tab 0 is not expanded and measured again.
         if (d->diffTabBar->count() > 0) {
-            ShowModel(ui.mp_tree_diff, DiffModelOf(d->diffTabBar, 0));
-            ui.mp_tree_diff->expandAll();
-            for (int column = 0; column < 3; ++column)
-                ui.mp_tree_diff->resizeColumnToContents(column);
+            VantixFeaturesDiffModel *first = DiffModelOf(d->diffTabBar, 0);
+            if (ui.mp_tree_diff->model() != first) {
+                ShowModel(ui.mp_tree_diff, first);
+                ui.mp_tree_diff->expandAll();
+                for (int column = 0; column < 3; ++column)
+                    ui.mp_tree_diff->resizeColumnToContents(column);
+            }
             ui.mp_btn_apply_patch->show();
         }
     }

@@ -1,0 +1,208 @@
+// The editor window over the 20,000-feature synthetic folder: opening it, the
+// Update button's diff build and one search keystroke, each timed against the
+// floor of the work underneath it, measured in the same run. A table of times,
+// targets and ratios is printed after the runs.
+
+#include "SyntheticFolder.h"
+
+#include "editor/CreateProductEditor.h"
+#include "json/VantixFeaturesDiffModel.h"
+#include "store/VantixJsonData.h"
+
+#include <QApplication>
+#include <QJsonObject>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QPushButton>
+#include <QSortFilterProxyModel>
+#include <QTabBar>
+
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <cstdio>
+#include <map>
+#include <memory>
+#include <string>
+
+using ProductEditor::VantixJsonData;
+
+namespace {
+
+const int kFeatures = 20000;
+
+struct Fixture
+{
+    Fixture()
+        : folder(GenerateSyntheticFolder(kFeatures))
+        , memory(folder)
+    {
+    }
+    QMainWindow *window()
+    {
+        if (!editor) {
+            editor.reset(ProductEditor::CreateProductEditor(memory.root(), memory.reader(), memory.writer(),
+                                                            {}, nullptr));
+            editor->show();
+            QApplication::processEvents();
+        }
+        return editor.get();
+    }
+    SyntheticFolder folder;
+    MemoryDefinitionFolder memory;
+    std::unique_ptr<QMainWindow> editor;
+};
+
+Fixture &TheFixture()
+{
+    static Fixture fixture;
+    return fixture;
+}
+
+// Floor of opening: loading the store that the window is built over.
+void StoreLoad(benchmark::State &state)
+{
+    Fixture &fixture = TheFixture();
+    for (auto _ : state) {
+        VantixJsonData store(fixture.memory.root(), fixture.memory.reader(), fixture.memory.writer(), {});
+        benchmark::DoNotOptimize(store.GetFeatures().size());
+    }
+}
+
+void WindowOpen(benchmark::State &state)
+{
+    Fixture &fixture = TheFixture();
+    for (auto _ : state) {
+        std::unique_ptr<QMainWindow> window(ProductEditor::CreateProductEditor(
+            fixture.memory.root(), fixture.memory.reader(), fixture.memory.writer(), {}, nullptr));
+        window->show();
+        QApplication::processEvents();
+        state.PauseTiming();
+        window.reset();
+        state.ResumeTiming();
+    }
+}
+
+// Floor of Update: regenerating the documents and building every diff with no window.
+void DiffEngine(benchmark::State &state)
+{
+    Fixture &fixture = TheFixture();
+    VantixJsonData store(fixture.memory.root(), fixture.memory.reader(), fixture.memory.writer(), {});
+    int tabs = 0;
+    for (auto _ : state) {
+        store.UpdateResultJsons();
+        tabs = 0;
+        ProductEditor::VantixFeaturesDiffModel products;
+        tabs += products.Regenerate(store.GetProductsOriginalJson(), store.GetProductsResultJson());
+        for (auto it = store.GetLayoutsOriginalJsons().begin(); it != store.GetLayoutsOriginalJsons().end(); ++it) {
+            ProductEditor::VantixFeaturesDiffModel layout;
+            tabs += layout.Regenerate(it.value(), store.GetLayoutsResultJsons()[it.key()]);
+        }
+    }
+    state.counters["diffs"] = tabs;
+}
+
+void UpdateButton(benchmark::State &state)
+{
+    QMainWindow *window = TheFixture().window();
+    auto *update = window->findChild<QPushButton *>(QStringLiteral("mp_btn_update"));
+    for (auto _ : state) {
+        update->click();
+        QApplication::processEvents();
+    }
+    state.counters["tabs"] = window->findChild<QWidget *>(QStringLiteral("mp_tab_diff"))
+                                 ->findChild<QTabBar *>()
+                                 ->count();
+}
+
+// Floor of a keystroke: looking at every feature's id and title once.
+void ScanFeatures(benchmark::State &state)
+{
+    Fixture &fixture = TheFixture();
+    VantixJsonData store(fixture.memory.root(), fixture.memory.reader(), fixture.memory.writer(), {});
+    const QString key = QStringLiteral("feature_1");
+    for (auto _ : state) {
+        int found = 0;
+        for (auto it = store.GetFeatures().cbegin(); it != store.GetFeatures().cend(); ++it)
+            found += it.key().toLower().contains(key) || it.value().title.toLower().contains(key);
+        benchmark::DoNotOptimize(found);
+    }
+}
+
+void SearchKeystroke(benchmark::State &state)
+{
+    QMainWindow *window = TheFixture().window();
+    auto *search = window->findChild<QLineEdit *>(QStringLiteral("mp_edt_search"));
+    const QStringList texts = {QStringLiteral("feature_1"), QStringLiteral("feature_")};
+    int next = 0;
+    for (auto _ : state) {
+        search->setText(texts.at(next));
+        next = 1 - next;
+        QApplication::processEvents();
+    }
+    search->clear();
+}
+
+// Keeps the fastest wall-clock time per iteration of each benchmark.
+class CollectingReporter : public benchmark::ConsoleReporter
+{
+public:
+    void ReportRuns(const std::vector<Run> &reports) override
+    {
+        for (const Run &run : reports) {
+            if (run.run_type != Run::RT_Iteration || run.error_occurred || run.iterations == 0)
+                continue;
+            const double seconds = run.real_accumulated_time / double(run.iterations);
+            const auto found = m_seconds.find(run.run_name.function_name);
+            if (found == m_seconds.end() || seconds < found->second)
+                m_seconds[run.run_name.function_name] = seconds;
+        }
+        ConsoleReporter::ReportRuns(reports);
+    }
+    double seconds(const char *name) const
+    {
+        const auto found = m_seconds.find(name);
+        return found == m_seconds.end() ? NAN : found->second;
+    }
+
+private:
+    std::map<std::string, double> m_seconds;
+};
+
+void PrintRow(const CollectingReporter &reporter, const char *what, const char *measured, const char *floor,
+              double target)
+{
+    const double seconds = reporter.seconds(measured);
+    const double floorSeconds = reporter.seconds(floor);
+    std::printf("%-28s %10.1f ms %10.1f ms %8.1f %10.1f ms %s\n", what, seconds * 1e3, target * 1e3,
+                seconds / floorSeconds, floorSeconds * 1e3, floor);
+}
+
+} // namespace
+
+BENCHMARK(StoreLoad)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
+BENCHMARK(WindowOpen)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
+BENCHMARK(DiffEngine)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
+BENCHMARK(UpdateButton)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
+BENCHMARK(ScanFeatures)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(SearchKeystroke)->Unit(benchmark::kMillisecond)->Iterations(20)->UseRealTime();
+
+int main(int argc, char **argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    CollectingReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+
+    std::printf("\nEditor window, %d features (best wall-clock time per run)\n", kFeatures);
+    std::printf("%-28s %13s %13s %8s %13s %s\n", "operation", "time", "target", "ratio", "floor", "floor is");
+    PrintRow(reporter, "open and show the window", "WindowOpen", "StoreLoad", 2.0);
+    PrintRow(reporter, "Update (all diffs)", "UpdateButton", "DiffEngine", 1.0);
+    PrintRow(reporter, "one search keystroke", "SearchKeystroke", "ScanFeatures", 0.05);
+    TheFixture().editor.reset();
+    return 0;
+}
