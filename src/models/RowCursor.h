@@ -3,6 +3,7 @@
 #include "ProductEditorExport.h"
 
 #include <QMap>
+#include <QVector>
 
 namespace ProductEditor {
 
@@ -11,13 +12,14 @@ namespace ProductEditor {
 PRODUCT_EDITOR_EXPORT quint64 RowEpoch();
 PRODUCT_EDITOR_EXPORT void BumpRowEpoch();
 
-// Finds the entry of a map by row. A QMap has no access by position, so it
-// remembers the last entry reached and walks from there (or from whichever end
-// is nearer), which makes a pass over all rows linear. It never trusts a stale
-// position: the remembered entry is reused only when the map has the same size,
-// no key change was announced since, and its key still leads to the very same
-// node (so a detached, replaced or rebuilt map is noticed and the cursor cannot
-// dangle).
+// Finds the entry of a map by row. A QMap has no access by position, so the
+// entries reached so far are remembered in row order and extended on demand:
+// a pass over all rows is linear and a jump back costs one lookup. A remembered
+// entry is used only while the map has the same size, no key change has been
+// announced since, and its key still leads to the very same node; otherwise
+// everything is dropped and counted again from the first entry. So a detached,
+// replaced or rebuilt map is noticed and no remembered iterator is ever
+// dereferenced after its node is gone.
 template <typename Key, typename T>
 class MapRowCursor
 {
@@ -31,36 +33,24 @@ public:
         const int size = map.size();
         if (row < 0 || row >= size)
             return map.constEnd();
-
-        ConstIterator it = map.constBegin();
-        int at = 0;
-        int steps = row;
-        if (size - row < steps) {
-            it = map.constEnd();
-            at = size;
-            steps = size - row;
+        if (size != m_size || m_epoch != RowEpoch())
+            _Restart(size);
+        if (row < m_entries.size()) {
+            if (_Holds(map, row))
+                return m_entries.at(row);
+            _Restart(size);
+        } else if (!m_entries.isEmpty() && !_Holds(map, m_entries.size() - 1)) {
+            _Restart(size);
         }
-        if (_IsValid(map)) {
-            const int distance = row >= m_row ? row - m_row : m_row - row;
-            if (distance <= steps) {
-                it = m_it;
-                at = m_row;
-            }
-        }
-        while (at < row) {
+        ConstIterator it = m_entries.isEmpty() ? map.constBegin() : m_entries.last();
+        if (!m_entries.isEmpty())
             ++it;
-            ++at;
+        while (m_entries.size() <= row) {
+            m_entries.append(it);
+            m_keys.append(it.key());
+            ++it;
         }
-        while (at > row) {
-            --it;
-            --at;
-        }
-        m_it = it;
-        m_row = row;
-        m_key = it.key();
-        m_size = size;
-        m_epoch = RowEpoch();
-        return it;
+        return m_entries.at(row);
     }
 
     // The record at `row` for writing, or null when there is no such row.
@@ -72,20 +62,30 @@ public:
         return &*map.find(found.key());
     }
 
-    void Drop() { m_row = -1; }
+    void Drop() { _Restart(-1); }
 
 private:
-    bool _IsValid(const Map &map) const
+    bool _Holds(const Map &map, int row) const
     {
-        return m_row >= 0 && m_size == map.size() && m_epoch == RowEpoch()
-               && map.constFind(m_key) == m_it;
+        return map.constFind(m_keys.at(row)) == m_entries.at(row);
     }
 
-    ConstIterator m_it;
-    int m_row = -1;
+    void _Restart(int size)
+    {
+        m_entries.clear();
+        m_keys.clear();
+        if (size > 0) {
+            m_entries.reserve(size);
+            m_keys.reserve(size);
+        }
+        m_size = size;
+        m_epoch = RowEpoch();
+    }
+
+    QVector<ConstIterator> m_entries;
+    QVector<Key> m_keys;
     int m_size = -1;
     quint64 m_epoch = 0;
-    Key m_key;
 };
 
 } // namespace ProductEditor
