@@ -350,10 +350,10 @@ void VantixJSONEditor::_FeatureChanged(const QModelIndex &current)
 {
     Ui::VantixJSONEditorClass &ui = d->ui;
     const bool valid = current.isValid();
-    for (QWidget *widget : {static_cast<QWidget *>(ui.mp_edt_id), static_cast<QWidget *>(ui.mp_edt_tooltip),
-                            static_cast<QWidget *>(ui.mp_edt_statustip), static_cast<QWidget *>(ui.mp_edt_title),
-                            static_cast<QWidget *>(ui.mp_chk_emergency), static_cast<QWidget *>(ui.mp_chk_visible)})
-        widget->setEnabled(valid);
+    const QList<QWidget *> fields = {ui.mp_edt_id,         ui.mp_edt_tooltip,   ui.mp_edt_statustip,
+                                     ui.mp_edt_title,      ui.mp_chk_emergency, ui.mp_chk_visible};
+    for (QWidget *field : fields)
+        field->setEnabled(valid);
     if (valid) {
         const auto mappers =
             ui.mp_lst_features->findChildren<QDataWidgetMapper *>(QString(), Qt::FindDirectChildrenOnly);

@@ -86,6 +86,7 @@ private slots:
     void featuresPageFollowsTheCurrentFeature();
     void searchFiltersAndClears();
     void editedFeatureReachesTheSavedFile();
+    void renamedFeatureStaysCurrent();
     void visibleCommitsAtOnceEmergencyOnSubmit();
     void addAndRemoveFeature();
     void duplicateFeature_data();
@@ -216,6 +217,27 @@ void EditorFlowsTest::editedFeatureReachesTheSavedFile()
     QCOMPARE(Strings(Product(saved, QStringLiteral("pro"))[QStringLiteral("features")]),
              QStringList({"file_open", "mesh_cut"}));
     QVERIFY(editor->folder.written.contains(editor->folder.path(QStringLiteral("defs/layouts/workspace.json"))));
+}
+
+void EditorFlowsTest::renamedFeatureStaysCurrent()
+{
+    editor->show();
+    editor->find<QTabWidget>("mp_widget_tab")->setCurrentIndex(0);
+    auto *list = editor->find<QListView>("mp_lst_features");
+    list->setCurrentIndex(list->model()->index(2, 0));
+    auto *id = editor->find<QLineEdit>("mp_edt_id");
+    id->setFocus();
+    QTRY_VERIFY(id->hasFocus());
+    id->setText(QStringLiteral("a_cut"));
+    editor->find<QLineEdit>("mp_edt_title")->setFocus();
+
+    QTRY_COMPARE(Column(list->model()), QStringList({"a_cut", "file_open", "file_save"}));
+    QCOMPARE(list->currentIndex().row(), 0);
+    QCOMPARE(editor->find<QLineEdit>("mp_edt_title")->text(), QStringLiteral("Cut"));
+    QVERIFY(editor->find<QCheckBox>("mp_chk_emergency")->isChecked());
+    editor->trigger("mp_run_save");
+    QCOMPARE(Strings(Product(editor->written(), QStringLiteral("pro"))[QStringLiteral("features")]),
+             QStringList({"a_cut", "file_open", "file_save"}));
 }
 
 void EditorFlowsTest::visibleCommitsAtOnceEmergencyOnSubmit()
