@@ -1,9 +1,32 @@
 #include "json/JsonValueIndex.h"
 
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonObject>
 
 namespace ProductEditor {
+
+namespace {
+
+const uint StringSeed = 0xa54ff53au;
+
+uint StringHash(const QString &text)
+{
+    return qHash(text, StringSeed);
+}
+
+// Spreads similar hashes over the low bits that pick the slot.
+uint Mix(uint hash)
+{
+    hash ^= hash >> 16;
+    hash *= 0x85ebca6bu;
+    hash ^= hash >> 13;
+    hash *= 0xc2b2ae35u;
+    hash ^= hash >> 16;
+    return hash;
+}
+
+} // namespace
 
 uint JsonValueHash(const QJsonValue &value)
 {
@@ -17,7 +40,7 @@ uint JsonValueHash(const QJsonValue &value)
         return qHash(number == 0.0 ? 0.0 : number);
     }
     case QJsonValue::String:
-        return qHash(value.toString(), 0xa54ff53au);
+        return StringHash(value.toString());
     case QJsonValue::Array: {
         uint hash = 0x510e527fu;
         for (const QJsonValue element : value.toArray())
@@ -37,41 +60,84 @@ uint JsonValueHash(const QJsonValue &value)
     return 0x1f83d9abu;
 }
 
-void JsonValueIndex::reserve(int size)
+JsonValueIndex::JsonValueIndex(int expected)
 {
-    m_heads.reserve(size);
-    m_values.reserve(size);
-    m_nextWithHash.reserve(size);
+    int capacity = 16;
+    while (capacity < 2 * expected)
+        capacity *= 2;
+    m_slots.fill(0, capacity);
+    m_hashes.reserve(expected);
+    m_texts.reserve(expected);
+    m_values.reserve(expected);
 }
 
-int JsonValueIndex::_Find(const QJsonValue &value, uint hash) const
+// The slot holding the class equal to the text (or to the value), or the free slot
+// where it would go.
+int JsonValueIndex::_Slot(uint hash, const QString *text, const QJsonValue *value) const
 {
-    const auto head = m_heads.constFind(hash);
-    if (head == m_heads.constEnd())
-        return -1;
-    for (int i = head.value(); i >= 0; i = m_nextWithHash.at(i)) {
-        if (m_values.at(i) == value)
-            return i;
+    const int mask = m_slots.size() - 1;
+    for (int slot = int(Mix(hash) & uint(mask));; slot = (slot + 1) & mask) {
+        const int entry = m_slots.at(slot) - 1;
+        if (entry < 0)
+            return slot;
+        if (m_hashes.at(entry) != hash)
+            continue;
+        // String classes hold Undefined as their value; no JSON element is Undefined.
+        const bool stringClass = m_values.at(entry).isUndefined();
+        if (text ? stringClass && m_texts.at(entry) == *text : !stringClass && m_values.at(entry) == *value)
+            return slot;
     }
-    return -1;
+}
+
+int JsonValueIndex::_Insert(uint hash, const QString *text, const QJsonValue *value)
+{
+    if (2 * (m_hashes.size() + 1) > m_slots.size())
+        _Grow();
+    const int slot = _Slot(hash, text, value);
+    if (m_slots.at(slot) > 0)
+        return m_slots.at(slot) - 1;
+    m_hashes.append(hash);
+    m_texts.append(text ? *text : QString());
+    m_values.append(text ? QJsonValue(QJsonValue::Undefined) : *value);
+    m_slots[slot] = m_hashes.size();
+    return m_hashes.size() - 1;
+}
+
+void JsonValueIndex::_Grow()
+{
+    const int capacity = m_slots.size() * 2;
+    m_slots.fill(0, capacity);
+    const int mask = capacity - 1;
+    for (int entry = 0; entry < m_hashes.size(); ++entry) {
+        int slot = int(Mix(m_hashes.at(entry)) & uint(mask));
+        while (m_slots.at(slot) != 0)
+            slot = (slot + 1) & mask;
+        m_slots[slot] = entry + 1;
+    }
+}
+
+int JsonValueIndex::findString(const QString &text) const
+{
+    return m_slots.at(_Slot(StringHash(text), &text, nullptr)) - 1;
+}
+
+int JsonValueIndex::insertString(const QString &text)
+{
+    return _Insert(StringHash(text), &text, nullptr);
 }
 
 int JsonValueIndex::find(const QJsonValue &value) const
 {
-    return _Find(value, JsonValueHash(value));
+    if (value.isString())
+        return findString(value.toString());
+    return m_slots.at(_Slot(JsonValueHash(value), nullptr, &value)) - 1;
 }
 
 int JsonValueIndex::insert(const QJsonValue &value)
 {
-    const uint hash = JsonValueHash(value);
-    const int known = _Find(value, hash);
-    if (known >= 0)
-        return known;
-    const int added = m_values.size();
-    m_values.append(value);
-    m_nextWithHash.append(m_heads.value(hash, -1));
-    m_heads.insert(hash, added);
-    return added;
+    if (value.isString())
+        return insertString(value.toString());
+    return _Insert(JsonValueHash(value), nullptr, &value);
 }
 
 } // namespace ProductEditor

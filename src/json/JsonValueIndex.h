@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QHash>
 #include <QJsonValue>
+#include <QString>
 #include <QVector>
 
 namespace ProductEditor {
@@ -11,23 +11,31 @@ namespace ProductEditor {
 uint JsonValueHash(const QJsonValue &value);
 
 // Numbers the classes of equal JSON values in the order they are first inserted.
+// Strings, the common case, are looked up by their text. Open addressing in flat
+// vectors: building one per compared array must not cost an allocation per element.
 class JsonValueIndex
 {
 public:
-    void reserve(int size);
-    int size() const { return m_values.size(); }
+    explicit JsonValueIndex(int expected = 0);
 
-    // The class of `value`, or -1 when no inserted value equals it.
+    int size() const { return m_hashes.size(); }
+
+    // The class of the value, or -1 when no inserted value equals it.
     int find(const QJsonValue &value) const;
-    // The class of `value`, a new one when no inserted value equals it.
+    int findString(const QString &text) const;
+    // The class of the value, a new one when no inserted value equals it.
     int insert(const QJsonValue &value);
+    int insertString(const QString &text);
 
 private:
-    int _Find(const QJsonValue &value, uint hash) const;
+    int _Slot(uint hash, const QString *text, const QJsonValue *value) const;
+    int _Insert(uint hash, const QString *text, const QJsonValue *value);
+    void _Grow();
 
-    QHash<uint, int> m_heads; // hash -> latest class with that hash
-    QVector<QJsonValue> m_values; // class -> its first value
-    QVector<int> m_nextWithHash; // class -> earlier class with the same hash, or -1
+    QVector<int> m_slots; // class + 1, or 0 for a free slot; the size is a power of two
+    QVector<uint> m_hashes; // class -> hash
+    QVector<QString> m_texts; // class -> text, for string classes
+    QVector<QJsonValue> m_values; // class -> first value, Undefined for string classes
 };
 
 } // namespace ProductEditor

@@ -14,13 +14,6 @@ namespace {
 
 const QString IdKey = QStringLiteral("id");
 
-// The "id" of an array element as the matching sees it: null when absent or not an object.
-QJsonValue ElementId(const QJsonValue &element)
-{
-    const QJsonValue id = element.toObject().value(IdKey);
-    return id.isUndefined() ? QJsonValue() : id;
-}
-
 QJsonDiffTreeItem *AppendOneSide(QJsonDiffTreeItem *node, const QString &key, const QJsonValue &value,
                                  bool left, int diffType)
 {
@@ -72,102 +65,163 @@ bool BuildObjectDiff(const QJsonObject &lo, const QJsonObject &ro, QJsonDiffTree
     return node->childCount() > before;
 }
 
-// Elements of one array grouped by their "id", so that matching an element walks only
-// the elements that share its id, in array order.
-struct IdGroups
+// One array's elements as the matching reads them, converted once: the objects (empty
+// for other elements), the "id" of each (null when absent or not an object), the text
+// of string elements and string ids, and, once asked for, the indexes of ids and of
+// non-object elements. Elements sharing an id are chained in array order, so that
+// matching an element walks only the elements with its id.
+struct ArraySide
 {
-    explicit IdGroups(const QVector<QJsonValue> &elements)
-        : next(elements.size(), -1)
+    explicit ArraySide(const QJsonArray &array)
     {
-        ids.reserve(elements.size());
-        for (int position = 0; position < elements.size(); ++position) {
-            const int group = ids.insert(ElementId(elements.at(position)));
-            if (group == first.size()) {
+        const int size = array.size();
+        values.reserve(size);
+        objects.reserve(size);
+        idValues.reserve(size);
+        texts.reserve(size);
+        for (const QJsonValue value : array) {
+            values.append(value);
+            if (value.isObject()) {
+                ++objectCount;
+                const QJsonObject object = value.toObject();
+                const QJsonValue id = object.value(IdKey);
+                objects.append(object);
+                idValues.append(id.isUndefined() ? QJsonValue() : id);
+                texts.append(id.isString() ? id.toString() : QString());
+            } else {
+                objects.append(QJsonObject());
+                idValues.append(QJsonValue());
+                texts.append(value.isString() ? value.toString() : QString());
+            }
+        }
+    }
+
+    void IndexIds(bool chain)
+    {
+        const int size = values.size();
+        ids = JsonValueIndex(objectCount + 1);
+        if (chain)
+            next.fill(-1, size);
+        for (int position = 0; position < size; ++position) {
+            const QJsonValue &id = idValues.at(position);
+            const int idClass = id.isString() ? ids.insertString(texts.at(position)) : ids.insert(id);
+            if (!chain)
+                continue;
+            if (idClass == first.size()) {
                 first.append(position);
                 last.append(position);
                 firstDifferent.append(Unknown);
             } else {
-                next[last.at(group)] = position;
-                last[group] = position;
+                next[last.at(idClass)] = position;
+                last[idClass] = position;
             }
         }
+    }
+
+    void IndexScalars()
+    {
+        scalars = JsonValueIndex(values.size() - objectCount);
+        for (int position = 0; position < values.size(); ++position) {
+            const QJsonValue &value = values.at(position);
+            if (value.isString())
+                scalars.insertString(texts.at(position));
+            else if (!value.isObject())
+                scalars.insert(value);
+        }
+    }
+
+    // The id class here of the element at `position` of `other`, or -1.
+    int findId(const ArraySide &other, int position) const
+    {
+        const QJsonValue &id = other.idValues.at(position);
+        return id.isString() ? ids.findString(other.texts.at(position)) : ids.find(id);
+    }
+
+    // Whether the non-object element at `position` of `other` occurs here.
+    bool containsScalar(const ArraySide &other, int position) const
+    {
+        const QJsonValue &value = other.values.at(position);
+        return (value.isString() ? scalars.findString(other.texts.at(position)) : scalars.find(value)) >= 0;
+    }
+
+    // The position of the first element of an id class whose object differs from the
+    // first one's, or None.
+    int firstDifferentOf(int idClass)
+    {
+        int &different = firstDifferent[idClass];
+        if (different == Unknown) {
+            different = None;
+            const int head = first.at(idClass);
+            for (int p = next.at(head); p >= 0; p = next.at(p)) {
+                if (objects.at(p) != objects.at(head)) {
+                    different = p;
+                    break;
+                }
+            }
+        }
+        return different;
     }
 
     enum { None = -1, Unknown = -2 };
 
+    int objectCount = 0;
+    QVector<QJsonValue> values;
+    QVector<QJsonObject> objects;
+    QVector<QJsonValue> idValues;
+    QVector<QString> texts; // string elements' text, objects' string id (the node key), else empty
     JsonValueIndex ids;
-    QVector<int> first; // group -> first position
-    QVector<int> last; // group -> last position
-    QVector<int> firstDifferent; // group -> first position whose object differs from the first's
-    QVector<int> next; // position -> next position in the same group, or -1
+    JsonValueIndex scalars;
+    QVector<int> first; // id class -> first position
+    QVector<int> last; // id class -> last position
+    QVector<int> firstDifferent; // id class -> see firstDifferentOf
+    QVector<int> next; // position -> next position with the same id, or -1
 };
 
 bool BuildArrayDiff(const QJsonArray &la, const QJsonArray &ra, QJsonDiffTreeItem *node)
 {
-    QVector<QJsonValue> lv;
-    lv.reserve(la.size());
-    for (const QJsonValue element : la)
-        lv.append(element);
-    QVector<QJsonValue> rv;
-    rv.reserve(ra.size());
-    for (const QJsonValue element : ra)
-        rv.append(element);
-    // Objects as the walk sees them; non-objects stand for the empty object.
-    QVector<QJsonObject> rObjects;
-    rObjects.reserve(rv.size());
-    JsonValueIndex rScalars;
-    for (const QJsonValue &element : rv) {
-        rObjects.append(element.toObject());
-        if (!element.isObject())
-            rScalars.insert(element);
-    }
-    JsonValueIndex lScalars;
-    for (const QJsonValue &element : lv) {
-        if (!element.isObject())
-            lScalars.insert(element);
-    }
-    IdGroups rGroups(rv);
-    IdGroups lGroups(lv);
+    ArraySide left(la);
+    ArraySide right(ra);
+    const int leftOthers = left.values.size() - left.objectCount;
+    const int rightOthers = right.values.size() - right.objectCount;
+    if (left.objectCount > 0)
+        right.IndexIds(true);
+    if (leftOthers > 0)
+        right.IndexScalars();
+    if (right.objectCount > 0)
+        left.IndexIds(false);
+    if (rightOthers > 0)
+        left.IndexScalars();
 
     const int before = node->childCount();
-    for (const QJsonValue &element : lv) {
+    for (int position = 0; position < left.values.size(); ++position) {
+        const QJsonValue &element = left.values.at(position);
         if (!element.isObject()) {
-            if (rScalars.find(element) < 0)
-                AppendOneSide(node, element.toString(), element, true, QJsonDiffTreeItem::LeftOnly);
+            if (!right.containsScalar(left, position))
+                AppendOneSide(node, left.texts.at(position), element, true, QJsonDiffTreeItem::LeftOnly);
             continue;
         }
-        const QJsonObject object = element.toObject();
-        const QJsonValue id = ElementId(element);
-        const int group = rGroups.ids.find(id);
+        const QJsonObject &object = left.objects.at(position);
+        const int idClass = right.findId(left, position);
         // The walk over the right array goes on past equal partners and stops at the
         // first differing one; `found` is the last partner it looked at.
         int found = -1;
         bool stopped = false;
-        if (group >= 0) {
-            const int head = rGroups.first.at(group);
-            if (rObjects.at(head) != object) {
+        if (idClass >= 0) {
+            const int head = right.first.at(idClass);
+            if (right.objects.at(head) != object) {
                 found = head;
                 stopped = true;
             } else {
                 // Equal to the head, so "differs from the element" means "differs from the head".
-                int &different = rGroups.firstDifferent[group];
-                if (different == IdGroups::Unknown) {
-                    different = IdGroups::None;
-                    for (int p = rGroups.next.at(head); p >= 0; p = rGroups.next.at(p)) {
-                        if (rObjects.at(p) != rObjects.at(head)) {
-                            different = p;
-                            break;
-                        }
-                    }
-                }
-                stopped = different != IdGroups::None;
-                found = stopped ? different : rGroups.last.at(group);
+                const int different = right.firstDifferentOf(idClass);
+                stopped = different != ArraySide::None;
+                found = stopped ? different : right.last.at(idClass);
             }
         }
         if (stopped) {
             auto *child = new QJsonDiffTreeItem(node);
-            if (BuildDiff(QJsonValue(object), QJsonValue(rObjects.at(found)), child, true)) {
-                child->setKey(id.toString());
+            if (BuildDiff(element, QJsonValue(right.objects.at(found)), child, true)) {
+                child->setKey(left.texts.at(position));
                 child->setType(element.type());
                 child->setDiffType(QJsonDiffTreeItem::IdMatched);
                 node->appendChild(child);
@@ -175,20 +229,20 @@ bool BuildArrayDiff(const QJsonArray &la, const QJsonArray &ra, QJsonDiffTreeIte
                 delete child;
             }
         }
-        if (found < 0 || rObjects.at(found).isEmpty()) {
-            AppendOneSide(node, id.toString(), element, true,
+        if (found < 0 || right.objects.at(found).isEmpty()) {
+            AppendOneSide(node, left.texts.at(position), element, true,
                           QJsonDiffTreeItem::LeftOnly | QJsonDiffTreeItem::IdMatched);
         }
     }
-    for (const QJsonValue &element : rv) {
+    for (int position = 0; position < right.values.size(); ++position) {
+        const QJsonValue &element = right.values.at(position);
         if (!element.isObject()) {
-            if (lScalars.find(element) < 0)
-                AppendOneSide(node, element.toString(), element, false, QJsonDiffTreeItem::RightOnly);
+            if (!left.containsScalar(right, position))
+                AppendOneSide(node, right.texts.at(position), element, false, QJsonDiffTreeItem::RightOnly);
             continue;
         }
-        const QJsonValue id = ElementId(element);
-        if (lGroups.ids.find(id) < 0) {
-            AppendOneSide(node, id.toString(), element, false,
+        if (left.findId(right, position) < 0) {
+            AppendOneSide(node, right.texts.at(position), element, false,
                           QJsonDiffTreeItem::RightOnly | QJsonDiffTreeItem::IdMatched);
         }
     }
