@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QByteArray>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QJsonValue>
 #include <QList>
 #include <QtGlobal>
 
@@ -34,6 +37,32 @@ inline QList<QByteArray> SplitInput(const uint8_t *data, size_t size, int maxPar
     }
     parts << QByteArray(input.constData() + from, input.size() - from);
     return parts;
+}
+
+// Whether every object below `value` keeps its keys in ascending order. Qt's
+// parser orders keys by their UTF-8 bytes and then decodes them as
+// QString::fromUtf8 does, which drops a leading U+FEFF: such a key leaves the
+// object out of order, lookups miss, and a serialise-and-parse round trip
+// changes it. Properties about round trips only hold for ordered objects.
+inline bool KeysInOrder(const QJsonValue &value)
+{
+    if (value.isArray()) {
+        for (const QJsonValue &element : value.toArray()) {
+            if (!KeysInOrder(element))
+                return false;
+        }
+        return true;
+    }
+    if (!value.isObject())
+        return true;
+    const QJsonObject object = value.toObject();
+    QString previous;
+    for (auto it = object.constBegin(); it != object.constEnd(); ++it) {
+        if ((it != object.constBegin() && !(previous < it.key())) || !KeysInOrder(it.value()))
+            return false;
+        previous = it.key();
+    }
+    return true;
 }
 
 // The library's warnings and debug lines would only slow the runs down; a

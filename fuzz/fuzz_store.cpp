@@ -8,6 +8,7 @@
 #include <QJsonDocument>
 
 using namespace ProductEditor;
+using FuzzSupport::KeysInOrder;
 
 namespace {
 
@@ -72,6 +73,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const QByteArray savedProducts = firstGeneration.value(folder.path(QStringLiteral("products/products.json")));
     if (savedProducts != generated)
         FuzzSupport::Fail("a save writes what UpdateResultJsons generated", generated, savedProducts);
+
+    bool ordered = KeysInOrder(first.GetProductsOriginalJson());
+    for (const QByteArray &part : parts)
+        ordered = ordered && KeysInOrder(QJsonDocument::fromJson(part).object());
+    if (!ordered)
+        return 0;
 
     // What the first generation wrote is all the second one sees.
     folder.files = firstGeneration;
