@@ -602,6 +602,7 @@ void EditorFlowsTest::updateWithoutLayoutsKeepsButtonState()
     editor->find<QPushButton>("mp_btn_update")->click();
     QCOMPARE(TabTexts(editor->diffTabs()), QStringList({"Products"}));
     QVERIFY(apply->isHidden());
+    QVERIFY(!editor->find<QTreeView>("mp_tree_diff")->model());
 
     // Apply with the title's loaded side restores the loaded title.
     apply->click();
