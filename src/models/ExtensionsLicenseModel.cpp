@@ -4,6 +4,8 @@
 
 #include <QColor>
 
+#include <utility>
+
 namespace ProductEditor {
 
 namespace {
@@ -52,7 +54,11 @@ QVariant ExtensionsLicenseModel::data(const QModelIndex &index, int role) const
     if (it == licenses.constEnd())
         return QVariant();
     // Looked up with insertion: an unknown current id gains a default record.
-    const ExtensionInfo &info = m_data.GetExtensions()[m_currentExtension];
+    QMap<QString, ExtensionInfo> &extensions = m_data.GetExtensions();
+    auto found = std::as_const(extensions).constFind(m_currentExtension);
+    if (found == extensions.constEnd())
+        found = extensions.insert(m_currentExtension, ExtensionInfo());
+    const ExtensionInfo &info = found.value();
 
     if (role == Qt::DisplayRole || role == Qt::ToolTipRole) {
         if (index.column() == NameColumn)

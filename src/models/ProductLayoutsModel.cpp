@@ -4,6 +4,8 @@
 
 #include <QColor>
 
+#include <utility>
+
 namespace ProductEditor {
 
 namespace {
@@ -56,7 +58,11 @@ QVariant ProductLayoutsModel::data(const QModelIndex &index, int role) const
     switch (index.column()) {
     case FeatureColumn: {
         // Looked up with insertion: an unknown current id gains a default record.
-        const VantixFeatureData &feature = m_data.GetFeatures()[m_currentFeature];
+        QMap<QString, VantixFeatureData> &features = m_data.GetFeatures();
+        auto found = std::as_const(features).constFind(m_currentFeature);
+        if (found == features.constEnd())
+            found = features.insert(m_currentFeature, VantixFeatureData());
+        const VantixFeatureData &feature = found.value();
         if (IsCheckRole(role))
             return CheckMarkData(feature.layoutNames.contains(name), role);
         break;

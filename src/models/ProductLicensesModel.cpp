@@ -4,6 +4,8 @@
 
 #include <QColor>
 
+#include <utility>
+
 namespace ProductEditor {
 
 namespace {
