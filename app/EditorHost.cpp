@@ -29,13 +29,15 @@ struct EditorOptions
     int tab = -1;
 };
 
-QString BundledExample()
+QString BundledExample(const char *argv0)
 {
     const QString fromSource = QDir(QStringLiteral(PE_SOURCE_DIR)).filePath(QStringLiteral("examples/definitions"));
     if (QFileInfo(fromSource).isDir())
         return fromSource;
     // An installed or moved build: look beside and above the executable.
-    const QDir exe(QCoreApplication::applicationDirPath());
+    const QFileInfo self(QStringLiteral("/proc/self/exe"));
+    const QDir exe = self.exists() ? QFileInfo(self.canonicalFilePath()).dir()
+                                   : QFileInfo(QString::fromLocal8Bit(argv0)).absoluteDir();
     for (const QString &relative : {QStringLiteral("examples/definitions"),
                                     QStringLiteral("../examples/definitions"),
                                     QStringLiteral("../../examples/definitions"),
@@ -181,20 +183,10 @@ int RunEditor(int &argc, char **argv)
     if (!ParseEditorArguments(args, &options))
         return ExitError;
 
-    if (!options.screenshot.isEmpty() && qEnvironmentVariableIsEmpty("DISPLAY")
-        && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-
-    if (!options.screenshot.isEmpty())
-        previousHandler = qInstallMessageHandler(QuietOffscreenMessages);
-
-    QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("product-editor"));
-
+    // The folder and the catalogue are checked before any display is needed.
     if (options.folder.isEmpty())
-        options.folder = BundledExample();
+        options.folder = BundledExample(argv[0]);
     options.folder = QDir::cleanPath(QFileInfo(options.folder).absoluteFilePath());
-
     const QString problem = DiagnoseFolder(options.folder);
     if (!problem.isEmpty()) {
         Fail(problem, false);
@@ -208,6 +200,23 @@ int RunEditor(int &argc, char **argv)
     QMap<QString, QString> catalogue;
     if (!LicenseCatalogue(options, access, &catalogue))
         return ExitError;
+
+    const bool noDisplay = qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
+                           && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+#if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS)
+    if (noDisplay && options.screenshot.isEmpty()) {
+        Fail(QStringLiteral("no display to open the window on; use --screenshot FILE to render it instead"), false);
+        return ExitError;
+    }
+#endif
+    if (!options.screenshot.isEmpty()) {
+        if (noDisplay)
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        previousHandler = qInstallMessageHandler(QuietOffscreenMessages);
+    }
+
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("product-editor"));
 
     // The store does not look at the writer's result, so a failed write is told here.
     const Writer fileWriter = access.writer();

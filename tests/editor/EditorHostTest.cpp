@@ -68,8 +68,9 @@ void EditorHostTest::refusesBadArguments_data()
     QTest::newRow("tab without screenshot") << QStringList({"--tab", "1"}) << "--tab is only meaningful";
     QTest::newRow("missing value") << QStringList({"--screenshot"}) << "needs a value";
     QTest::newRow("two folders") << QStringList({example, example}) << "unexpected argument";
-    QTest::newRow("no such folder") << QStringList({"/no/such/folder", "--screenshot", "x.png"})
+    QTest::newRow("no such folder") << QStringList({"/no/such/folder"})
                                     << "/no/such/folder: the definition folder does not exist";
+    QTest::newRow("window without a display") << QStringList({example}) << "no display to open the window on";
     QTest::newRow("bad catalogue") << QStringList({example, "--licenses", "/no/such.json", "--screenshot", "x.png"})
                                    << "/no/such.json: cannot be read";
 }
