@@ -246,6 +246,8 @@ void VantixJSONEditor::_InitFeatureTab()
     Model &model = d->model;
 
     ui.mp_lst_features->setModel(model.GetFeaturesModel());
+    // Every row is one line of text; the list then need not measure thousands of rows.
+    ui.mp_lst_features->setUniformItemSizes(true);
     ui.mp_lst_feature_product->setModel(model.GetFeatureProductsModel());
     ui.mp_lst_feature_layout->setModel(model.GetProductLayoutsModel());
     ui.mp_lst_specific_license->setModel(model.GetProductLicensesModel());
