@@ -332,10 +332,17 @@ void VantixJSONEditor::_InitFeatureTab()
     connect(ui.mp_btn_add_new_feature, &QPushButton::clicked, this, &VantixJSONEditor::_AddFeature);
     connect(ui.mp_btn_duplicate, &QPushButton::clicked, this, &VantixJSONEditor::_DuplicateFeature);
     connect(ui.mp_btn_remove_current, &QPushButton::clicked, this, &VantixJSONEditor::_RemoveFeature);
-    connect(model.GetFeaturesModel(), &QAbstractItemModel::rowsInserted, this,
+    // A feature the table gains (added or renamed) becomes current. The search
+    // filter's own insertions while the user types are not followed, so the
+    // current feature stays put; the filter has mapped the new row by now.
+    connect(model.GetSourceFeaturesModel(), &QAbstractItemModel::rowsInserted, this,
             [this](const QModelIndex &, int first) {
                 QListView *view = d->ui.mp_lst_features;
-                view->selectionModel()->setCurrentIndex(view->model()->index(first, 0), SelectCurrent);
+                const QModelIndex source = d->model.GetSourceFeaturesModel()->index(first, 0);
+                auto *search = qobject_cast<QAbstractProxyModel *>(view->model());
+                const QModelIndex shown = search ? search->mapFromSource(source) : view->model()->index(first, 0);
+                if (shown.isValid())
+                    view->selectionModel()->setCurrentIndex(shown, SelectCurrent);
             });
     connect(&model.GetData(), &VantixJsonData::featuresDataReseted, this, [this] {
         QListView *view = d->ui.mp_lst_features;

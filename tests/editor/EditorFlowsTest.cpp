@@ -189,6 +189,13 @@ void EditorFlowsTest::searchFiltersAndClears()
 
     search->clear();
     QCOMPARE(list->model()->rowCount(), 3);
+
+    // Rows coming back as the search widens leave the current feature where it is.
+    list->setCurrentIndex(list->model()->index(2, 0));
+    search->setText(QStringLiteral("cut"));
+    search->clear();
+    QCOMPARE(list->currentIndex().data().toString(), QStringLiteral("mesh_cut"));
+    QCOMPARE(editor->find<QLineEdit>("mp_edt_id")->text(), QStringLiteral("mesh_cut"));
 }
 
 void EditorFlowsTest::editedFeatureReachesTheSavedFile()
