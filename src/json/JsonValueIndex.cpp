@@ -62,10 +62,18 @@ uint JsonValueHash(const QJsonValue &value)
 
 JsonValueIndex::JsonValueIndex(int expected)
 {
+    reset(expected);
+}
+
+void JsonValueIndex::reset(int expected)
+{
     int capacity = 16;
     while (capacity < 2 * expected)
         capacity *= 2;
     m_slots.fill(0, capacity);
+    m_hashes.clear();
+    m_texts.clear();
+    m_values.clear();
     m_hashes.reserve(expected);
     m_texts.reserve(expected);
     m_values.reserve(expected);

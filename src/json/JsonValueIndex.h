@@ -18,6 +18,8 @@ class JsonValueIndex
 public:
     explicit JsonValueIndex(int expected = 0);
 
+    // Empties the index for about `expected` values, keeping the buffers.
+    void reset(int expected);
     int size() const { return m_hashes.size(); }
 
     // The class of the value, or -1 when no inserted value equals it.

@@ -6,6 +6,7 @@
 #include <QJsonArray>
 #include <QVector>
 
+#include <memory>
 #include <vector>
 
 namespace ProductEditor {
@@ -29,9 +30,12 @@ QJsonDiffTreeItem *AppendOneSide(QJsonDiffTreeItem *node, const QString &key, co
     return child;
 }
 
-bool BuildDiff(const QJsonValue &left, const QJsonValue &right, QJsonDiffTreeItem *node, bool knownDifferent);
+struct SidePool;
 
-bool BuildObjectDiff(const QJsonObject &lo, const QJsonObject &ro, QJsonDiffTreeItem *node)
+bool BuildDiff(const QJsonValue &left, const QJsonValue &right, QJsonDiffTreeItem *node, bool knownDifferent,
+               SidePool &pool);
+
+bool BuildObjectDiff(const QJsonObject &lo, const QJsonObject &ro, QJsonDiffTreeItem *node, SidePool &pool)
 {
     const QString lid = lo.value(IdKey).toString();
     const QString rid = ro.value(IdKey).toString();
@@ -53,7 +57,7 @@ bool BuildObjectDiff(const QJsonObject &lo, const QJsonObject &ro, QJsonDiffTree
         if (l.isUndefined() || r.isUndefined() || l == r)
             continue;
         auto *child = new QJsonDiffTreeItem(node);
-        if (BuildDiff(l, r, child, true)) {
+        if (BuildDiff(l, r, child, true, pool)) {
             child->setKey(it.key());
             child->setType(l.type());
             child->setDiffType(QJsonDiffTreeItem::Changed);
@@ -65,46 +69,69 @@ bool BuildObjectDiff(const QJsonObject &lo, const QJsonObject &ro, QJsonDiffTree
     return node->childCount() > before;
 }
 
-// One array's elements as the matching reads them, converted once: the objects (empty
-// for other elements), the "id" of each (null when absent or not an object), the text
-// of string elements and string ids, and, once asked for, the indexes of ids and of
+// One array's elements as the matching reads them, converted once: the kind of each,
+// the objects (empty for other elements), the text of string elements and string ids,
+// and, once asked for, the indexes of ids (null when absent or not an object) and of
 // non-object elements. Elements sharing an id are chained in array order, so that
 // matching an element walks only the elements with its id.
 struct ArraySide
 {
-    explicit ArraySide(const QJsonArray &array)
+    enum Kind : quint8 { StringIdObject, OtherIdObject, String, Other };
+
+    void Reset(const QJsonArray &elements)
     {
+        array = elements;
+        objectCount = 0;
+        kinds.clear();
+        objects.clear();
+        texts.clear();
+        first.clear();
+        last.clear();
+        firstDifferent.clear();
+        next.clear();
         const int size = array.size();
-        values.reserve(size);
+        kinds.reserve(size);
         objects.reserve(size);
-        idValues.reserve(size);
         texts.reserve(size);
         for (const QJsonValue value : array) {
-            values.append(value);
             if (value.isObject()) {
                 ++objectCount;
                 const QJsonObject object = value.toObject();
                 const QJsonValue id = object.value(IdKey);
                 objects.append(object);
-                idValues.append(id.isUndefined() ? QJsonValue() : id);
-                texts.append(id.isString() ? id.toString() : QString());
+                const bool stringId = id.isString();
+                kinds.append(stringId ? StringIdObject : OtherIdObject);
+                texts.append(stringId ? id.toString() : QString());
             } else {
                 objects.append(QJsonObject());
-                idValues.append(QJsonValue());
-                texts.append(value.isString() ? value.toString() : QString());
+                const bool string = value.isString();
+                kinds.append(string ? String : Other);
+                texts.append(string ? value.toString() : QString());
             }
         }
     }
 
+    int size() const { return kinds.size(); }
+    bool isObject(int position) const { return kinds.at(position) <= OtherIdObject; }
+    QJsonValue value(int position) const { return array.at(position); }
+
+    // The id as the matching compares it; only asked for ids that are not strings.
+    QJsonValue otherId(int position) const
+    {
+        if (kinds.at(position) != OtherIdObject)
+            return QJsonValue();
+        const QJsonValue id = objects.at(position).value(IdKey);
+        return id.isUndefined() ? QJsonValue() : id;
+    }
+
     void IndexIds(bool chain)
     {
-        const int size = values.size();
-        ids = JsonValueIndex(objectCount + 1);
+        ids.reset(objectCount + 1);
         if (chain)
-            next.fill(-1, size);
-        for (int position = 0; position < size; ++position) {
-            const QJsonValue &id = idValues.at(position);
-            const int idClass = id.isString() ? ids.insertString(texts.at(position)) : ids.insert(id);
+            next.fill(-1, size());
+        for (int position = 0; position < size(); ++position) {
+            const int idClass = kinds.at(position) == StringIdObject ? ids.insertString(texts.at(position))
+                                                                     : ids.insert(otherId(position));
             if (!chain)
                 continue;
             if (idClass == first.size()) {
@@ -120,28 +147,28 @@ struct ArraySide
 
     void IndexScalars()
     {
-        scalars = JsonValueIndex(values.size() - objectCount);
-        for (int position = 0; position < values.size(); ++position) {
-            const QJsonValue &value = values.at(position);
-            if (value.isString())
+        scalars.reset(size() - objectCount);
+        for (int position = 0; position < size(); ++position) {
+            if (kinds.at(position) == String)
                 scalars.insertString(texts.at(position));
-            else if (!value.isObject())
-                scalars.insert(value);
+            else if (kinds.at(position) == Other)
+                scalars.insert(value(position));
         }
     }
 
     // The id class here of the element at `position` of `other`, or -1.
     int findId(const ArraySide &other, int position) const
     {
-        const QJsonValue &id = other.idValues.at(position);
-        return id.isString() ? ids.findString(other.texts.at(position)) : ids.find(id);
+        return other.kinds.at(position) == StringIdObject ? ids.findString(other.texts.at(position))
+                                                          : ids.find(other.otherId(position));
     }
 
     // Whether the non-object element at `position` of `other` occurs here.
     bool containsScalar(const ArraySide &other, int position) const
     {
-        const QJsonValue &value = other.values.at(position);
-        return (value.isString() ? scalars.findString(other.texts.at(position)) : scalars.find(value)) >= 0;
+        const int found = other.kinds.at(position) == String ? scalars.findString(other.texts.at(position))
+                                                             : scalars.find(other.value(position));
+        return found >= 0;
     }
 
     // The position of the first element of an id class whose object differs from the
@@ -164,10 +191,10 @@ struct ArraySide
 
     enum { None = -1, Unknown = -2 };
 
+    QJsonArray array;
     int objectCount = 0;
-    QVector<QJsonValue> values;
+    QVector<Kind> kinds;
     QVector<QJsonObject> objects;
-    QVector<QJsonValue> idValues;
     QVector<QString> texts; // string elements' text, objects' string id (the node key), else empty
     JsonValueIndex ids;
     JsonValueIndex scalars;
@@ -177,12 +204,25 @@ struct ArraySide
     QVector<int> next; // position -> next position with the same id, or -1
 };
 
-bool BuildArrayDiff(const QJsonArray &la, const QJsonArray &ra, QJsonDiffTreeItem *node)
+// Scratch sides for the array comparisons of one diff, a pair per nesting level, reused
+// so that every compared array does not allocate its buffers afresh.
+struct SidePool
 {
-    ArraySide left(la);
-    ArraySide right(ra);
-    const int leftOthers = left.values.size() - left.objectCount;
-    const int rightOthers = right.values.size() - right.objectCount;
+    std::vector<std::unique_ptr<ArraySide>> sides;
+    int depth = 0;
+};
+
+bool BuildArrayDiff(const QJsonArray &la, const QJsonArray &ra, QJsonDiffTreeItem *node, SidePool &pool)
+{
+    const int level = pool.depth++;
+    while (int(pool.sides.size()) < 2 * level + 2)
+        pool.sides.push_back(std::make_unique<ArraySide>());
+    ArraySide &left = *pool.sides.at(2 * level);
+    ArraySide &right = *pool.sides.at(2 * level + 1);
+    left.Reset(la);
+    right.Reset(ra);
+    const int leftOthers = left.size() - left.objectCount;
+    const int rightOthers = right.size() - right.objectCount;
     if (left.objectCount > 0)
         right.IndexIds(true);
     if (leftOthers > 0)
@@ -193,11 +233,10 @@ bool BuildArrayDiff(const QJsonArray &la, const QJsonArray &ra, QJsonDiffTreeIte
         left.IndexScalars();
 
     const int before = node->childCount();
-    for (int position = 0; position < left.values.size(); ++position) {
-        const QJsonValue &element = left.values.at(position);
-        if (!element.isObject()) {
+    for (int position = 0; position < left.size(); ++position) {
+        if (!left.isObject(position)) {
             if (!right.containsScalar(left, position))
-                AppendOneSide(node, left.texts.at(position), element, true, QJsonDiffTreeItem::LeftOnly);
+                AppendOneSide(node, left.texts.at(position), left.value(position), true, QJsonDiffTreeItem::LeftOnly);
             continue;
         }
         const QJsonObject &object = left.objects.at(position);
@@ -220,9 +259,9 @@ bool BuildArrayDiff(const QJsonArray &la, const QJsonArray &ra, QJsonDiffTreeIte
         }
         if (stopped) {
             auto *child = new QJsonDiffTreeItem(node);
-            if (BuildDiff(element, QJsonValue(right.objects.at(found)), child, true)) {
+            if (BuildDiff(QJsonValue(object), QJsonValue(right.objects.at(found)), child, true, pool)) {
                 child->setKey(left.texts.at(position));
-                child->setType(element.type());
+                child->setType(QJsonValue::Object);
                 child->setDiffType(QJsonDiffTreeItem::IdMatched);
                 node->appendChild(child);
             } else {
@@ -230,33 +269,34 @@ bool BuildArrayDiff(const QJsonArray &la, const QJsonArray &ra, QJsonDiffTreeIte
             }
         }
         if (found < 0 || right.objects.at(found).isEmpty()) {
-            AppendOneSide(node, left.texts.at(position), element, true,
+            AppendOneSide(node, left.texts.at(position), QJsonValue(object), true,
                           QJsonDiffTreeItem::LeftOnly | QJsonDiffTreeItem::IdMatched);
         }
     }
-    for (int position = 0; position < right.values.size(); ++position) {
-        const QJsonValue &element = right.values.at(position);
-        if (!element.isObject()) {
+    for (int position = 0; position < right.size(); ++position) {
+        if (!right.isObject(position)) {
             if (!left.containsScalar(right, position))
-                AppendOneSide(node, right.texts.at(position), element, false, QJsonDiffTreeItem::RightOnly);
+                AppendOneSide(node, right.texts.at(position), right.value(position), false, QJsonDiffTreeItem::RightOnly);
             continue;
         }
         if (left.findId(right, position) < 0) {
-            AppendOneSide(node, right.texts.at(position), element, false,
+            AppendOneSide(node, right.texts.at(position), QJsonValue(right.objects.at(position)), false,
                           QJsonDiffTreeItem::RightOnly | QJsonDiffTreeItem::IdMatched);
         }
     }
+    --pool.depth;
     return node->childCount() > before;
 }
 
-bool BuildDiff(const QJsonValue &left, const QJsonValue &right, QJsonDiffTreeItem *node, bool knownDifferent)
+bool BuildDiff(const QJsonValue &left, const QJsonValue &right, QJsonDiffTreeItem *node, bool knownDifferent,
+               SidePool &pool)
 {
     if (!knownDifferent && left == right)
         return false;
     if (left.isObject())
-        return BuildObjectDiff(left.toObject(), right.toObject(), node);
+        return BuildObjectDiff(left.toObject(), right.toObject(), node, pool);
     if (left.isArray())
-        return BuildArrayDiff(left.toArray(), right.toArray(), node);
+        return BuildArrayDiff(left.toArray(), right.toArray(), node, pool);
     node->setLeftValue(left);
     node->setRightValue(right);
     node->setDiffType(QJsonDiffTreeItem::ValueChanged);
@@ -292,7 +332,8 @@ bool VantixFeaturesDiffModel::Regenerate(const QJsonObject &left, const QJsonObj
 
 bool VantixFeaturesDiffModel::_BuildDiff(const QJsonValue &left, const QJsonValue &right, QJsonTreeItem *node)
 {
-    return BuildDiff(left, right, static_cast<QJsonDiffTreeItem *>(node), false);
+    SidePool pool;
+    return BuildDiff(left, right, static_cast<QJsonDiffTreeItem *>(node), false, pool);
 }
 
 void VantixFeaturesDiffModel::ApplyPatch(QJsonObject &target)
