@@ -353,12 +353,18 @@ QJsonValue VantixFeaturesDiffModel::_GenPatch(QJsonTreeItem *treeNode, QJsonValu
     const auto *node = static_cast<const QJsonDiffTreeItem *>(treeNode);
     const int count = node->childCount();
     if (node->type() == QJsonValue::Array) {
-        // The first child holding each key, as a front-to-back search would find it.
-        QHash<QString, int> firstWithKey;
-        firstWithKey.reserve(count);
-        for (int i = count - 1; i >= 0; --i)
-            firstWithKey.insert(node->child(i)->key(), i);
-        std::vector<bool> handled(count, false);
+        // Children grouped by key; an element goes to the first child holding its key,
+        // as a front-to-back search would find it.
+        JsonValueIndex keys(count);
+        QVector<int> firstWithKey; // key class -> first child
+        QVector<int> keyOfChild(count);
+        for (int i = 0; i < count; ++i) {
+            const int keyClass = keys.insertString(node->child(i)->key());
+            if (keyClass == firstWithKey.size())
+                firstWithKey.append(i);
+            keyOfChild[i] = keyClass;
+        }
+        std::vector<bool> handled(firstWithKey.size(), false);
 
         QJsonArray output;
         for (const QJsonValue element : value.toArray()) {
@@ -368,13 +374,13 @@ QJsonValue VantixFeaturesDiffModel::_GenPatch(QJsonTreeItem *treeNode, QJsonValu
                 continue;
             }
             const QString key = isObject ? element.toObject().value(IdKey).toString() : element.toString();
-            const int match = firstWithKey.value(key, -1);
-            if (match < 0) {
+            const int keyClass = keys.findString(key);
+            if (keyClass < 0) {
                 output.append(element);
                 continue;
             }
-            handled[match] = true;
-            auto *child = static_cast<QJsonDiffTreeItem *>(node->child(match));
+            handled[keyClass] = true;
+            auto *child = static_cast<QJsonDiffTreeItem *>(node->child(firstWithKey.at(keyClass)));
             const int diffType = child->diffType();
             const DiffAction action = child->action();
             if (isObject) {
@@ -398,7 +404,7 @@ QJsonValue VantixFeaturesDiffModel::_GenPatch(QJsonTreeItem *treeNode, QJsonValu
         }
         for (int i = 0; i < count; ++i) {
             const auto *child = static_cast<const QJsonDiffTreeItem *>(node->child(i));
-            if (handled[firstWithKey.value(child->key())])
+            if (handled[keyOfChild.at(i)])
                 continue;
             if ((child->diffType() & QJsonDiffTreeItem::LeftOnly) && child->action() == UseLeft)
                 output.append(child->values().left);
