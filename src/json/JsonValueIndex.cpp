@@ -10,7 +10,7 @@ namespace {
 
 const uint StringSeed = 0xa54ff53au;
 
-uint StringHash(const QString &text)
+uint StringHash(QStringView text)
 {
     return qHash(text, StringSeed);
 }
@@ -74,6 +74,7 @@ void JsonValueIndex::reset(int expected)
     m_hashes.clear();
     m_texts.clear();
     m_values.clear();
+    m_ownedTexts.clear();
     m_hashes.reserve(expected);
     m_texts.reserve(expected);
     m_values.reserve(expected);
@@ -81,7 +82,7 @@ void JsonValueIndex::reset(int expected)
 
 // The slot holding the class equal to the text (or to the value), or the free slot
 // where it would go.
-int JsonValueIndex::_Slot(uint hash, const QString *text, const QJsonValue *value) const
+int JsonValueIndex::_Slot(uint hash, const QStringView *text, const QJsonValue *value) const
 {
     const int mask = m_slots.size() - 1;
     for (int slot = int(Mix(hash) & uint(mask));; slot = (slot + 1) & mask) {
@@ -97,7 +98,7 @@ int JsonValueIndex::_Slot(uint hash, const QString *text, const QJsonValue *valu
     }
 }
 
-int JsonValueIndex::_Insert(uint hash, const QString *text, const QJsonValue *value)
+int JsonValueIndex::_Insert(uint hash, const QStringView *text, const QJsonValue *value)
 {
     if (2 * (m_hashes.size() + 1) > m_slots.size())
         _Grow();
@@ -105,7 +106,7 @@ int JsonValueIndex::_Insert(uint hash, const QString *text, const QJsonValue *va
     if (m_slots.at(slot) > 0)
         return m_slots.at(slot) - 1;
     m_hashes.append(hash);
-    m_texts.append(text ? *text : QString());
+    m_texts.append(text ? *text : QStringView());
     m_values.append(text ? QJsonValue(QJsonValue::Undefined) : *value);
     m_slots[slot] = m_hashes.size();
     return m_hashes.size() - 1;
@@ -124,12 +125,12 @@ void JsonValueIndex::_Grow()
     }
 }
 
-int JsonValueIndex::findString(const QString &text) const
+int JsonValueIndex::findString(QStringView text) const
 {
     return m_slots.at(_Slot(StringHash(text), &text, nullptr)) - 1;
 }
 
-int JsonValueIndex::insertString(const QString &text)
+int JsonValueIndex::insertString(QStringView text)
 {
     return _Insert(StringHash(text), &text, nullptr);
 }
@@ -143,8 +144,14 @@ int JsonValueIndex::find(const QJsonValue &value) const
 
 int JsonValueIndex::insert(const QJsonValue &value)
 {
-    if (value.isString())
-        return insertString(value.toString());
+    if (value.isString()) {
+        const QString text = value.toString();
+        const int known = findString(text);
+        if (known >= 0)
+            return known;
+        m_ownedTexts.append(text);
+        return insertString(m_ownedTexts.last());
+    }
     return _Insert(JsonValueHash(value), nullptr, &value);
 }
 

@@ -2,6 +2,7 @@
 
 #include <QJsonValue>
 #include <QString>
+#include <QStringView>
 #include <QVector>
 
 namespace ProductEditor {
@@ -11,8 +12,9 @@ namespace ProductEditor {
 uint JsonValueHash(const QJsonValue &value);
 
 // Numbers the classes of equal JSON values in the order they are first inserted.
-// Strings, the common case, are looked up by their text. Open addressing in flat
-// vectors: building one per compared array must not cost an allocation per element.
+// Strings, the common case, are looked up by their text; insertString keeps only a
+// view, so the caller keeps the text alive while the index is in use. Open addressing
+// in flat vectors: building one per compared array must not cost an allocation per element.
 class JsonValueIndex
 {
 public:
@@ -24,20 +26,21 @@ public:
 
     // The class of the value, or -1 when no inserted value equals it.
     int find(const QJsonValue &value) const;
-    int findString(const QString &text) const;
+    int findString(QStringView text) const;
     // The class of the value, a new one when no inserted value equals it.
     int insert(const QJsonValue &value);
-    int insertString(const QString &text);
+    int insertString(QStringView text);
 
 private:
-    int _Slot(uint hash, const QString *text, const QJsonValue *value) const;
-    int _Insert(uint hash, const QString *text, const QJsonValue *value);
+    int _Slot(uint hash, const QStringView *text, const QJsonValue *value) const;
+    int _Insert(uint hash, const QStringView *text, const QJsonValue *value);
     void _Grow();
 
     QVector<int> m_slots; // class + 1, or 0 for a free slot; the size is a power of two
     QVector<uint> m_hashes; // class -> hash
-    QVector<QString> m_texts; // class -> text, for string classes
+    QVector<QStringView> m_texts; // class -> text, for string classes
     QVector<QJsonValue> m_values; // class -> first value, Undefined for string classes
+    QVector<QString> m_ownedTexts; // strings inserted as JSON values, which the views point into
 };
 
 } // namespace ProductEditor

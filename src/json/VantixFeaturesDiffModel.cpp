@@ -70,8 +70,8 @@ bool BuildObjectDiff(const QJsonObject &lo, const QJsonObject &ro, QJsonDiffTree
 }
 
 // One array's elements as the matching reads them, converted once: the kind of each,
-// the objects (empty for other elements), the text of string elements and string ids,
-// and, once asked for, the indexes of ids (null when absent or not an object) and of
+// the objects (empty for other elements), the text of string elements and string ids
+// (kept end to end in one buffer), and, once asked for, the indexes of ids (null when absent or not an object) and of
 // non-object elements. Elements sharing an id are chained in array order, so that
 // matching an element walks only the elements with its id.
 struct ArraySide
@@ -84,7 +84,8 @@ struct ArraySide
         objectCount = 0;
         kinds.clear();
         objects.clear();
-        texts.clear();
+        arena.resize(0);
+        textStarts.clear();
         first.clear();
         last.clear();
         firstDifferent.clear();
@@ -92,8 +93,9 @@ struct ArraySide
         const int size = array.size();
         kinds.reserve(size);
         objects.reserve(size);
-        texts.reserve(size);
+        textStarts.reserve(size + 1);
         for (const QJsonValue value : array) {
+            textStarts.append(arena.size());
             if (value.isObject()) {
                 ++objectCount;
                 const QJsonObject object = value.toObject();
@@ -101,17 +103,26 @@ struct ArraySide
                 objects.append(object);
                 const bool stringId = id.isString();
                 kinds.append(stringId ? StringIdObject : OtherIdObject);
-                texts.append(stringId ? id.toString() : QString());
+                if (stringId)
+                    arena.append(id.toString());
             } else {
                 objects.append(QJsonObject());
                 const bool string = value.isString();
                 kinds.append(string ? String : Other);
-                texts.append(string ? value.toString() : QString());
+                if (string)
+                    arena.append(value.toString());
             }
         }
+        textStarts.append(arena.size());
     }
 
     int size() const { return kinds.size(); }
+    // String elements' text, objects' string id (the node key), else empty.
+    QStringView text(int position) const
+    {
+        const int start = textStarts.at(position);
+        return QStringView(arena).mid(start, textStarts.at(position + 1) - start);
+    }
     bool isObject(int position) const { return kinds.at(position) <= OtherIdObject; }
     QJsonValue value(int position) const { return array.at(position); }
 
@@ -130,7 +141,7 @@ struct ArraySide
         if (chain)
             next.fill(-1, size());
         for (int position = 0; position < size(); ++position) {
-            const int idClass = kinds.at(position) == StringIdObject ? ids.insertString(texts.at(position))
+            const int idClass = kinds.at(position) == StringIdObject ? ids.insertString(text(position))
                                                                      : ids.insert(otherId(position));
             if (!chain)
                 continue;
@@ -150,7 +161,7 @@ struct ArraySide
         scalars.reset(size() - objectCount);
         for (int position = 0; position < size(); ++position) {
             if (kinds.at(position) == String)
-                scalars.insertString(texts.at(position));
+                scalars.insertString(text(position));
             else if (kinds.at(position) == Other)
                 scalars.insert(value(position));
         }
@@ -159,14 +170,14 @@ struct ArraySide
     // The id class here of the element at `position` of `other`, or -1.
     int findId(const ArraySide &other, int position) const
     {
-        return other.kinds.at(position) == StringIdObject ? ids.findString(other.texts.at(position))
+        return other.kinds.at(position) == StringIdObject ? ids.findString(other.text(position))
                                                           : ids.find(other.otherId(position));
     }
 
     // Whether the non-object element at `position` of `other` occurs here.
     bool containsScalar(const ArraySide &other, int position) const
     {
-        const int found = other.kinds.at(position) == String ? scalars.findString(other.texts.at(position))
+        const int found = other.kinds.at(position) == String ? scalars.findString(other.text(position))
                                                              : scalars.find(other.value(position));
         return found >= 0;
     }
@@ -195,7 +206,8 @@ struct ArraySide
     int objectCount = 0;
     QVector<Kind> kinds;
     QVector<QJsonObject> objects;
-    QVector<QString> texts; // string elements' text, objects' string id (the node key), else empty
+    QString arena; // the texts, end to end
+    QVector<int> textStarts; // position -> start of its text in the arena; one more for the end
     JsonValueIndex ids;
     JsonValueIndex scalars;
     QVector<int> first; // id class -> first position
@@ -236,7 +248,7 @@ bool BuildArrayDiff(const QJsonArray &la, const QJsonArray &ra, QJsonDiffTreeIte
     for (int position = 0; position < left.size(); ++position) {
         if (!left.isObject(position)) {
             if (!right.containsScalar(left, position))
-                AppendOneSide(node, left.texts.at(position), left.value(position), true, QJsonDiffTreeItem::LeftOnly);
+                AppendOneSide(node, left.text(position).toString(), left.value(position), true, QJsonDiffTreeItem::LeftOnly);
             continue;
         }
         const QJsonObject &object = left.objects.at(position);
@@ -260,7 +272,7 @@ bool BuildArrayDiff(const QJsonArray &la, const QJsonArray &ra, QJsonDiffTreeIte
         if (stopped) {
             auto *child = new QJsonDiffTreeItem(node);
             if (BuildDiff(QJsonValue(object), QJsonValue(right.objects.at(found)), child, true, pool)) {
-                child->setKey(left.texts.at(position));
+                child->setKey(left.text(position).toString());
                 child->setType(QJsonValue::Object);
                 child->setDiffType(QJsonDiffTreeItem::IdMatched);
                 node->appendChild(child);
@@ -269,18 +281,18 @@ bool BuildArrayDiff(const QJsonArray &la, const QJsonArray &ra, QJsonDiffTreeIte
             }
         }
         if (found < 0 || right.objects.at(found).isEmpty()) {
-            AppendOneSide(node, left.texts.at(position), QJsonValue(object), true,
+            AppendOneSide(node, left.text(position).toString(), QJsonValue(object), true,
                           QJsonDiffTreeItem::LeftOnly | QJsonDiffTreeItem::IdMatched);
         }
     }
     for (int position = 0; position < right.size(); ++position) {
         if (!right.isObject(position)) {
             if (!left.containsScalar(right, position))
-                AppendOneSide(node, right.texts.at(position), right.value(position), false, QJsonDiffTreeItem::RightOnly);
+                AppendOneSide(node, right.text(position).toString(), right.value(position), false, QJsonDiffTreeItem::RightOnly);
             continue;
         }
         if (left.findId(right, position) < 0) {
-            AppendOneSide(node, right.texts.at(position), QJsonValue(right.objects.at(position)), false,
+            AppendOneSide(node, right.text(position).toString(), QJsonValue(right.objects.at(position)), false,
                           QJsonDiffTreeItem::RightOnly | QJsonDiffTreeItem::IdMatched);
         }
     }
@@ -355,11 +367,13 @@ QJsonValue VantixFeaturesDiffModel::_GenPatch(QJsonTreeItem *treeNode, QJsonValu
     if (node->type() == QJsonValue::Array) {
         // Children grouped by key; an element goes to the first child holding its key,
         // as a front-to-back search would find it.
+        QVector<QString> childKeys(count); // the index keeps views into these
         JsonValueIndex keys(count);
         QVector<int> firstWithKey; // key class -> first child
         QVector<int> keyOfChild(count);
         for (int i = 0; i < count; ++i) {
-            const int keyClass = keys.insertString(node->child(i)->key());
+            childKeys[i] = node->child(i)->key();
+            const int keyClass = keys.insertString(childKeys.at(i));
             if (keyClass == firstWithKey.size())
                 firstWithKey.append(i);
             keyOfChild[i] = keyClass;
