@@ -14,7 +14,8 @@ const QString IdKey = QStringLiteral("id");
 void FindProducts(const QJsonObject &products, const QString &leftId, const QString &rightId,
                   QJsonObject *left, QJsonObject *right)
 {
-    const QJsonArray list = products.value(QStringLiteral("products")).toObject().value(QStringLiteral("product")).toArray();
+    const QJsonArray list =
+        products.value(QStringLiteral("products")).toObject().value(QStringLiteral("product")).toArray();
     for (const QJsonValue element : list) {
         const QJsonObject product = element.toObject();
         const QString id = product.value(IdKey).toString();

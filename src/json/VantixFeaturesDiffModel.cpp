@@ -15,8 +15,7 @@ namespace {
 
 const QString IdKey = QStringLiteral("id");
 
-QJsonDiffTreeItem *AppendOneSide(QJsonDiffTreeItem *node, const QString &key, const QJsonValue &value,
-                                 bool left, int diffType)
+void AppendOneSide(QJsonDiffTreeItem *node, const QString &key, const QJsonValue &value, bool left, int diffType)
 {
     auto *child = new QJsonDiffTreeItem(node);
     child->setKey(key);
@@ -27,7 +26,6 @@ QJsonDiffTreeItem *AppendOneSide(QJsonDiffTreeItem *node, const QString &key, co
         child->setRightValue(value);
     child->setDiffType(diffType);
     node->appendChild(child);
-    return child;
 }
 
 struct SidePool;
@@ -71,9 +69,9 @@ bool BuildObjectDiff(const QJsonObject &lo, const QJsonObject &ro, QJsonDiffTree
 
 // One array's elements as the matching reads them, converted once: the kind of each,
 // the objects (empty for other elements), the text of string elements and string ids
-// (kept end to end in one buffer), and, once asked for, the indexes of ids (null when absent or not an object) and of
-// non-object elements. Elements sharing an id are chained in array order, so that
-// matching an element walks only the elements with its id.
+// (kept end to end in one buffer), and, once asked for, the indexes of ids (null when
+// absent or not an object) and of non-object elements. Elements sharing an id are
+// chained in array order, so that matching an element walks only the elements with its id.
 struct ArraySide
 {
     enum Kind : quint8 { StringIdObject, OtherIdObject, String, Other };
@@ -248,7 +246,8 @@ bool BuildArrayDiff(const QJsonArray &la, const QJsonArray &ra, QJsonDiffTreeIte
     for (int position = 0; position < left.size(); ++position) {
         if (!left.isObject(position)) {
             if (!right.containsScalar(left, position))
-                AppendOneSide(node, left.text(position).toString(), left.value(position), true, QJsonDiffTreeItem::LeftOnly);
+                AppendOneSide(node, left.text(position).toString(), left.value(position), true,
+                              QJsonDiffTreeItem::LeftOnly);
             continue;
         }
         const QJsonObject &object = left.objects.at(position);
@@ -288,7 +287,8 @@ bool BuildArrayDiff(const QJsonArray &la, const QJsonArray &ra, QJsonDiffTreeIte
     for (int position = 0; position < right.size(); ++position) {
         if (!right.isObject(position)) {
             if (!left.containsScalar(right, position))
-                AppendOneSide(node, right.text(position).toString(), right.value(position), false, QJsonDiffTreeItem::RightOnly);
+                AppendOneSide(node, right.text(position).toString(), right.value(position), false,
+                              QJsonDiffTreeItem::RightOnly);
             continue;
         }
         if (left.findId(right, position) < 0) {
