@@ -2,10 +2,11 @@
 
 #include <QDebug>
 #include <QFileInfo>
+#include <QHash>
 #include <QJsonDocument>
 #include <QJsonValue>
 
-#include <set>
+#include <algorithm>
 
 namespace ProductEditor {
 
@@ -76,14 +77,6 @@ ExtensionAccess ReadExtensionAccess(const QJsonObject &object)
     InsertNames(object.value(kExportAsScene), access.export_as_scene);
     InsertNames(object.value(kOpen), access.open);
     return access;
-}
-
-QJsonArray ToJsonArray(const std::set<QString> &names)
-{
-    QJsonArray array;
-    for (const QString &name : names)
-        array.append(name);
-    return array;
 }
 
 void RemoveFromAccess(ExtensionAccess &access, const QString &id)
@@ -219,6 +212,19 @@ void VantixJsonData::UpdateData()
         features.insert(entry.value(kId).toString(), feature);
     }
 
+    // Membership lists name features by id several times per feature; a hash over
+    // the map's nodes (which never move) keeps those lookups off the tree.
+    QHash<QString, VantixFeatureData *> featureById;
+    featureById.reserve(features.size());
+    for (auto it = features.begin(); it != features.end(); ++it)
+        featureById.insert(it.key(), &it.value());
+    const auto featureFor = [this, &featureById](const QString &id) -> VantixFeatureData & {
+        VantixFeatureData *&slot = featureById[id];
+        if (!slot)
+            slot = &features[id];
+        return *slot;
+    };
+
     const QJsonArray productEntries = productsOriginal.value(kProducts).toObject().value(kProduct).toArray();
     products.products.reserve(productEntries.size());
     for (const QJsonValue &entryValue : productEntries) {
@@ -239,7 +245,7 @@ void VantixJsonData::UpdateData()
         }
         const QJsonArray featureIds = entry.value(kFeatures).toArray();
         for (const QJsonValue &featureId : featureIds)
-            features[featureId.toString()].productIds.insert(product.id);
+            featureFor(featureId.toString()).productIds.insert(product.id);
         InsertNames(entry.value(kModes), product.modes);
         products.products.append(std::move(product));
     }
@@ -249,7 +255,7 @@ void VantixJsonData::UpdateData()
         layouts[it.key()] = LayoutData{ReadExtensionAccess(layout.value(kExtensions).toObject())};
         const QJsonArray featureIds = layout.value(kFeatures).toArray();
         for (const QJsonValue &featureId : featureIds)
-            features[featureId.toString()].layoutNames.insert(it.key());
+            featureFor(featureId.toString()).layoutNames.insert(it.key());
     }
 
     emit featuresDataReseted(QPrivateSignal());
@@ -262,7 +268,9 @@ void VantixJsonData::UpdateResultJsons()
 
 QJsonArray VantixJsonData::SortedJsonArray(const QSet<QString> &set)
 {
-    return ToJsonArray(std::set<QString>(set.cbegin(), set.cend()));
+    QStringList names(set.cbegin(), set.cend());
+    std::sort(names.begin(), names.end());
+    return QJsonArray::fromStringList(names);
 }
 
 QJsonObject VantixJsonData::ExtensionAccessToJson(const ExtensionAccess &access)
@@ -308,8 +316,10 @@ void VantixJsonData::_GenerateResult()
     extensionsObject.insert(kCoverage, coverage);
     productsResult.insert(kExtensions, extensionsObject);
 
-    std::map<QString, std::set<QString>> featuresOfProduct;
-    std::map<QString, std::set<QString>> featuresOfLayout;
+    // Feature ids arrive in ascending order and once per owner, so appending
+    // keeps every list sorted and free of duplicates.
+    QHash<QString, QStringList> featuresOfProduct;
+    QHash<QString, QStringList> featuresOfLayout;
     QJsonArray featureEntries;
     for (auto it = features.cbegin(); it != features.cend(); ++it) {
         const VantixFeatureData &feature = it.value();
@@ -325,15 +335,10 @@ void VantixJsonData::_GenerateResult()
             entry.insert(kVisual, false);
         if (feature.emergency)
             entry.insert(kEmergency, true);
-        // Feature ids arrive in ascending order, so each set grows at its end.
-        for (const QString &productId : feature.productIds) {
-            std::set<QString> &ids = featuresOfProduct[productId];
-            ids.insert(ids.end(), it.key());
-        }
-        for (const QString &layoutName : feature.layoutNames) {
-            std::set<QString> &ids = featuresOfLayout[layoutName];
-            ids.insert(ids.end(), it.key());
-        }
+        for (const QString &productId : feature.productIds)
+            featuresOfProduct[productId].append(it.key());
+        for (const QString &layoutName : feature.layoutNames)
+            featuresOfLayout[layoutName].append(it.key());
         featureEntries.append(entry);
     }
     QJsonObject featuresObject = productsResult.value(kFeatures).toObject();
@@ -351,17 +356,17 @@ void VantixJsonData::_GenerateResult()
             specific.append(QJsonObject{{kId, it.key()}, {kLicenses, SortedJsonArray(it.value())}});
         entry.insert(kLicensing, QJsonObject{{kBase, product.base}, {kSpecific, specific}});
         entry.insert(kExtensions, ExtensionAccessToJson(product.extensions));
-        const auto owned = featuresOfProduct.find(product.id);
-        entry.insert(kFeatures, owned == featuresOfProduct.end() ? QJsonArray() : ToJsonArray(owned->second));
+        const auto owned = featuresOfProduct.constFind(product.id);
+        entry.insert(kFeatures, owned == featuresOfProduct.cend() ? QJsonArray() : QJsonArray::fromStringList(owned.value()));
         productEntries.append(entry);
     }
     productsResult.insert(kProducts, QJsonObject{{kProduct, productEntries}});
 
     for (auto it = layouts.cbegin(); it != layouts.cend(); ++it) {
-        const auto owned = featuresOfLayout.find(it.key());
+        const auto owned = featuresOfLayout.constFind(it.key());
         layoutsResult[it.key()] = QJsonObject{
             {kExtensions, ExtensionAccessToJson(it.value())},
-            {kFeatures, owned == featuresOfLayout.end() ? QJsonArray() : ToJsonArray(owned->second)}};
+            {kFeatures, owned == featuresOfLayout.cend() ? QJsonArray() : QJsonArray::fromStringList(owned.value())}};
     }
 }
 
