@@ -15,8 +15,6 @@
 
 using namespace ProductEditor;
 
-Q_DECLARE_METATYPE(QJsonObject)
-
 namespace {
 
 QJsonObject Obj(const char *json)
