@@ -211,7 +211,7 @@ void DiffEngineTest::indexedMatchesQuadratic()
     QFETCH(int, family);
     QFETCH(quint32, seed);
     RandomJson random(seed);
-    for (int round = 0; round < 60; ++round) {
+    for (int round = 0; round < 150; ++round) {
         const int depth = family == 3 ? 6 : 4;
         QJsonObject left = random.Object(depth);
         QJsonObject right = family == 1 ? random.Object(depth) : random.Mutate(left, depth).toObject();
