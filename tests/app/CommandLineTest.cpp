@@ -1,5 +1,8 @@
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -64,6 +67,8 @@ private slots:
     void bundledExampleIsCanonical();
     void usageErrors_data();
     void usageErrors();
+    void diffReportsWhatRegenerationChanges();
+    void compareProducts();
 
 private:
     std::unique_ptr<QTemporaryDir> m_dir;
@@ -208,6 +213,45 @@ void CommandLineTest::usageErrors()
     const Run run = Program(args);
     QCOMPARE(run.status, status);
     QVERIFY2((status == 0 ? run.out : run.err).contains(text), qPrintable(run.out + run.err));
+}
+
+void CommandLineTest::diffReportsWhatRegenerationChanges()
+{
+    const Run text = Program({"diff", m_root});
+    QCOMPARE(text.status, 1);
+    QVERIFY2(text.out.contains("=== Products") && text.out.contains("- visual: true"), qPrintable(text.out));
+
+    const Run json = Program({"diff", m_root, "--format", "json"});
+    QCOMPARE(json.status, 1);
+    const QJsonObject trees = QJsonDocument::fromJson(json.out.toUtf8()).object();
+    QCOMPARE(trees.keys(), QStringList({"Products", "main"}));
+    const QJsonObject root = trees.value("Products").toObject();
+    QCOMPARE(root.value("key").toString(), QString("root"));
+    QCOMPARE(root.value("type").toString(), QString("Object"));
+    QVERIFY(!root.value("children").toArray().isEmpty());
+
+    const QString out = m_dir->filePath("out");
+    QCOMPARE(Program({"normalize", m_root, "--out", out}).status, 0);
+    QCOMPARE(Program({"diff", out}).status, 0);
+    // Two folders compare their regenerated documents, so the canonical copy matches its source.
+    QCOMPARE(Program({"diff", m_root, out}).status, 0);
+    QCOMPARE(Program({"diff", m_root, m_dir->filePath("nowhere")}).status, 2);
+}
+
+void CommandLineTest::compareProducts()
+{
+    Write(m_root + "/products/products.json", R"({"products": {"product": [
+        {"id": "a", "profile_suffix": "x", "features": ["f"]}, {"id": "b", "profile_suffix": "y"}]}})");
+    const Run run = Program({"compare-products", m_root, "a", "b", "--format", "json"});
+    QCOMPARE(run.status, 1);
+    const QJsonObject trees = QJsonDocument::fromJson(run.out.toUtf8()).object();
+    QCOMPARE(trees.keys(), QStringList({"a / b"}));
+    QVERIFY(run.out.contains("profile_suffix"));
+
+    QCOMPARE(Program({"compare-products", m_root, "a", "a"}).status, 0);
+    const Run unknown = Program({"compare-products", m_root, "a", "nope"});
+    QCOMPARE(unknown.status, 2);
+    QVERIFY(unknown.err.contains("nope"));
 }
 
 QTEST_GUILESS_MAIN(CommandLineTest)
