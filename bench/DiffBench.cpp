@@ -4,6 +4,7 @@
 // follows the runs.
 
 #include "QuadraticDiff.h"
+#include "BestTimeReporter.h"
 #include "SyntheticFolder.h"
 
 #include "json/QJsonDiffTreeItem.h"
@@ -127,41 +128,7 @@ void ApplyPatch(benchmark::State &state)
     }
 }
 
-// Keeps the fastest CPU time per iteration of every run.
-class CollectingReporter : public benchmark::ConsoleReporter
-{
-public:
-    void ReportRuns(const std::vector<Run> &reports) override
-    {
-        for (const Run &run : reports) {
-            if (run.run_type != Run::RT_Iteration || run.error_occurred || run.iterations == 0)
-                continue;
-            const double seconds = run.cpu_accumulated_time / double(run.iterations);
-            const std::string key = run.run_name.function_name + "/" + run.run_name.args;
-            const auto found = m_seconds.find(key);
-            if (found == m_seconds.end() || seconds < found->second)
-                m_seconds[key] = seconds;
-        }
-        ConsoleReporter::ReportRuns(reports);
-    }
-
-    double seconds(const char *name, int scale) const
-    {
-        const auto found = m_seconds.find(std::string(name) + "/" + std::to_string(scale));
-        return found == m_seconds.end() ? NAN : found->second;
-    }
-
-private:
-    std::map<std::string, double> m_seconds;
-};
-
-// Time growth per tenfold size, whatever the step between the two sizes.
-double PerTenfold(double small, double large, int smallScale, int largeScale)
-{
-    return std::pow(10.0, std::log(large / small) / std::log(double(largeScale) / smallScale));
-}
-
-void PrintSummary(const CollectingReporter &times)
+void PrintSummary(const BestTimeReporter &times)
 {
     std::printf("\n| features | diff nodes | parse both ms | Regenerate ms | Regenerate / parse | quadratic ms "
                 "| quadratic / Regenerate | ApplyPatch ms | ApplyPatch / parse |\n");
@@ -206,7 +173,7 @@ int main(int argc, char **argv)
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;
-    CollectingReporter reporter;
+    BestTimeReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
     PrintSummary(reporter);

@@ -3,6 +3,7 @@
 // floor of the work underneath it, measured in the same run. A table of times,
 // targets and ratios is printed after the runs.
 
+#include "BestTimeReporter.h"
 #include "SyntheticFolder.h"
 
 #include "editor/CreateProductEditor.h"
@@ -143,33 +144,7 @@ void SearchKeystroke(benchmark::State &state)
     search->clear();
 }
 
-// Keeps the fastest wall-clock time per iteration of each benchmark.
-class CollectingReporter : public benchmark::ConsoleReporter
-{
-public:
-    void ReportRuns(const std::vector<Run> &reports) override
-    {
-        for (const Run &run : reports) {
-            if (run.run_type != Run::RT_Iteration || run.error_occurred || run.iterations == 0)
-                continue;
-            const double seconds = run.real_accumulated_time / double(run.iterations);
-            const auto found = m_seconds.find(run.run_name.function_name);
-            if (found == m_seconds.end() || seconds < found->second)
-                m_seconds[run.run_name.function_name] = seconds;
-        }
-        ConsoleReporter::ReportRuns(reports);
-    }
-    double seconds(const char *name) const
-    {
-        const auto found = m_seconds.find(name);
-        return found == m_seconds.end() ? NAN : found->second;
-    }
-
-private:
-    std::map<std::string, double> m_seconds;
-};
-
-void PrintRow(const CollectingReporter &reporter, const char *what, const char *measured, const char *floor,
+void PrintRow(const BestTimeReporter &reporter, const char *what, const char *measured, const char *floor,
               double target)
 {
     const double seconds = reporter.seconds(measured);
@@ -195,7 +170,7 @@ int main(int argc, char **argv)
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;
-    CollectingReporter reporter;
+    BestTimeReporter reporter(BestTimeReporter::Clock::Wall);
     benchmark::RunSpecifiedBenchmarks(&reporter);
 
     std::printf("\nEditor window, %d features (best wall-clock time per run)\n", kFeatures);

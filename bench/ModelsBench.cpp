@@ -3,6 +3,7 @@
 // After the runs a table of times, ratios to the floors and growth per tenfold
 // size is printed.
 
+#include "BestTimeReporter.h"
 #include "SyntheticFolder.h"
 
 #include "models/ExtensionsLicenseModel.h"
@@ -284,53 +285,25 @@ void SortFloor(benchmark::State &state)
     }
 }
 
-class CollectingReporter : public benchmark::ConsoleReporter
+// Milliseconds of `name` at `scale`, for the query `kind` when there is one.
+double Ms(const BestTimeReporter &times, const std::string &name, int scale, int kind = -1)
 {
-public:
-    void ReportRuns(const std::vector<Run> &reports) override
-    {
-        for (const Run &run : reports) {
-            if (run.run_type != Run::RT_Iteration || run.error_occurred || run.iterations == 0)
-                continue;
-            const double seconds = run.cpu_accumulated_time / double(run.iterations);
-            const std::string key = run.run_name.function_name + "/" + run.run_name.args;
-            const auto found = m_seconds.find(key);
-            if (found == m_seconds.end() || seconds < found->second)
-                m_seconds[key] = seconds;
-        }
-        ConsoleReporter::ReportRuns(reports);
-    }
-
-    double ms(const std::string &name, int scale, int kind = -1) const
-    {
-        std::string key = name + "/" + std::to_string(scale);
-        if (kind >= 0)
-            key += "/" + std::to_string(kind);
-        const auto found = m_seconds.find(key);
-        return found == m_seconds.end() ? NAN : found->second * 1e3;
-    }
-
-private:
-    std::map<std::string, double> m_seconds;
-};
-
-double PerTenfold(double small, double large, int smallScale, int largeScale)
-{
-    return std::pow(10.0, std::log(large / small) / std::log(double(largeScale) / smallScale));
+    const std::string args = std::to_string(scale) + (kind >= 0 ? "/" + std::to_string(kind) : std::string());
+    return times.seconds(name, args) * 1e3;
 }
 
-void PrintRow(const CollectingReporter &times, const std::string &label, const std::string &name,
+void PrintRow(const BestTimeReporter &times, const std::string &label, const std::string &name,
               const std::string &floor, int kind = -1)
 {
     std::printf("| %s |", label.c_str());
     for (const int scale : kScales)
-        std::printf(" %.3f |", times.ms(name, scale, kind));
-    std::printf(" %.2fx | %.1fx | %.1fx |\n", times.ms(name, 20000, kind) / times.ms(floor, 20000),
-                PerTenfold(times.ms(name, 2000, kind), times.ms(name, 20000, kind), 2000, 20000),
-                PerTenfold(times.ms(name, 20000, kind), times.ms(name, 100000, kind), 20000, 100000));
+        std::printf(" %.3f |", Ms(times, name, scale, kind));
+    std::printf(" %.2fx | %.1fx | %.1fx |\n", Ms(times, name, 20000, kind) / Ms(times, floor, 20000),
+                PerTenfold(Ms(times, name, 2000, kind), Ms(times, name, 20000, kind), 2000, 20000),
+                PerTenfold(Ms(times, name, 20000, kind), Ms(times, name, 100000, kind), 20000, 100000));
 }
 
-void PrintSummary(const CollectingReporter &times)
+void PrintSummary(const BestTimeReporter &times)
 {
     std::printf("\n| operation | 2k ms | 20k ms | 100k ms | / floor at 20k | per tenfold 2k->20k "
                 "| per tenfold 20k->100k |\n");
@@ -369,7 +342,7 @@ int main(int argc, char **argv)
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;
-    CollectingReporter reporter;
+    BestTimeReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
     PrintSummary(reporter);

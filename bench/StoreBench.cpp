@@ -2,6 +2,7 @@
 // writer of the same documents must do: parse them and serialise them.
 // After the runs a table of ratios and the peak-memory figures are printed.
 
+#include "BestTimeReporter.h"
 #include "SyntheticFolder.h"
 
 #include "store/VantixJsonData.h"
@@ -158,35 +159,6 @@ void SaveAs(benchmark::State &state)
     state.SetBytesProcessed(state.iterations() * fixture.bytes);
 }
 
-// Keeps the fastest CPU time per iteration of every run, so repetitions only
-// ever make the figures less noisy.
-class CollectingReporter : public benchmark::ConsoleReporter
-{
-public:
-    void ReportRuns(const std::vector<Run> &reports) override
-    {
-        for (const Run &run : reports) {
-            if (run.run_type != Run::RT_Iteration || run.error_occurred || run.iterations == 0)
-                continue;
-            const double seconds = run.cpu_accumulated_time / double(run.iterations);
-            const std::string key = run.run_name.function_name + "/" + run.run_name.args;
-            const auto found = m_seconds.find(key);
-            if (found == m_seconds.end() || seconds < found->second)
-                m_seconds[key] = seconds;
-        }
-        ConsoleReporter::ReportRuns(reports);
-    }
-
-    double seconds(const char *name, int scale) const
-    {
-        const auto found = m_seconds.find(std::string(name) + "/" + std::to_string(scale));
-        return found == m_seconds.end() ? NAN : found->second;
-    }
-
-private:
-    std::map<std::string, double> m_seconds;
-};
-
 // Peak memory, measured in a child process forked before any fixture exists so
 // that neither freed memory of earlier work nor the fixtures blur the figures.
 struct MemoryFigures
@@ -276,13 +248,7 @@ MemoryFigures MeasureMemory()
     return figures;
 }
 
-// Time growth per tenfold size, whatever the step between the two sizes.
-double PerTenfold(double small, double large, int smallScale, int largeScale)
-{
-    return std::pow(10.0, std::log(large / small) / std::log(double(largeScale) / smallScale));
-}
-
-void PrintSummary(const CollectingReporter &times, const MemoryFigures &memory)
+void PrintSummary(const BestTimeReporter &times, const MemoryFigures &memory)
 {
     std::printf("\n| features | parse ms | Load ms | Load / parse | toJson ms | UpdateResultJsons ms | SaveAs ms "
                 "| UpdateResultJsons / toJson | SaveAs / toJson |\n");
@@ -350,7 +316,7 @@ int main(int argc, char **argv)
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;
-    CollectingReporter reporter;
+    BestTimeReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
     PrintSummary(reporter, memory);

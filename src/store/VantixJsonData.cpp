@@ -138,10 +138,9 @@ bool VantixJsonData::Load(const QString &path)
         if (document.isEmpty())
             continue;
         const QJsonObject layoutsObject = document.value(kLayouts).toObject();
-        QStringList &names = layoutFiles[filePath];
         for (auto it = layoutsObject.begin(); it != layoutsObject.end(); ++it) {
             layoutsOriginal.insert(it.key(), it.value().toObject());
-            names.append(it.key());
+            layoutFiles[filePath].append(it.key());
         }
     }
     layoutsResult = layoutsOriginal;

@@ -1,5 +1,5 @@
-// The program's writer is unit-tested here, so its source is compiled in.
-#include "../../app/FileAccess.cpp"
+// The program's writer is unit-tested here as well as through the program.
+#include "FileAccess.h"
 
 #include <QDir>
 #include <QFile>

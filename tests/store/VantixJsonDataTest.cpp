@@ -225,7 +225,7 @@ void VantixJsonDataTest::unreadableLayoutFilesAreSkipped()
     const auto files = store.GetLayoutFiles();
     QVERIFY(!files.contains(m_folder->path("layouts/broken.json")));
     QVERIFY(!files.contains(m_folder->path("layouts/empty.json")));
-    QCOMPARE(files.value(m_folder->path("layouts/nolayouts.json")), QStringList());
+    QVERIFY(!files.contains(m_folder->path("layouts/nolayouts.json"))); // nothing to write back
     QCOMPARE(files.value(m_folder->path("layouts/a.json")), QStringList({"design", "print"}));
 }
 
@@ -439,7 +439,7 @@ void VantixJsonDataTest::duplicateProduct()
     QCOMPARE(products.last().base, QString("Base"));
     QCOMPARE(products.last().specificLicenses, products.first().specificLicenses);
     QCOMPARE(products.last().modes, products.first().modes);
-    for (const QString &id : {"open", "save", "ghost"})
+    for (const char *id : {"open", "save", "ghost"})
         QVERIFY2(store.GetFeatures()[id].productIds.contains("pro2"), qPrintable(id));
     QVERIFY(!store.GetFeatures()[""].productIds.contains("pro2"));
 
