@@ -8,6 +8,8 @@
 #include <QSet>
 #include <QStringList>
 
+#include <algorithm>
+
 // The comparison and the patch written as plainly as possible, walking the other array
 // for every element; the model's indexed engine must build the same trees and patches.
 namespace QuadraticDiff {
@@ -15,8 +17,9 @@ namespace QuadraticDiff {
 using ProductEditor::QJsonDiffTreeItem;
 using ProductEditor::QJsonTreeItem;
 
-inline QJsonDiffTreeItem *AppendSide(QJsonTreeItem *node, const QString &key, const QJsonValue &value, bool left,
-                                     int diffType)
+inline bool BuildDiff(const QJsonValue &left, const QJsonValue &right, QJsonTreeItem *treeNode);
+
+inline void AppendSide(QJsonTreeItem *node, const QString &key, const QJsonValue &value, bool left, int diffType)
 {
     auto *child = new QJsonDiffTreeItem(node);
     child->setKey(key);
@@ -27,59 +30,57 @@ inline QJsonDiffTreeItem *AppendSide(QJsonTreeItem *node, const QString &key, co
         child->setRightValue(value);
     child->setDiffType(diffType);
     node->appendChild(child);
-    return child;
 }
 
+// Compares the two values under a new child, which is kept only when they differ.
+inline void AppendCompared(QJsonTreeItem *node, const QString &key, const QJsonValue &left, const QJsonValue &right,
+                           int diffType)
+{
+    auto *child = new QJsonDiffTreeItem(node);
+    if (!BuildDiff(left, right, child)) {
+        delete child;
+        return;
+    }
+    child->setKey(key);
+    child->setType(left.type());
+    child->setDiffType(diffType);
+    node->appendChild(child);
+}
+
+// Every caller hands in a fresh node, so "appended anything" is "has children".
 inline bool BuildDiff(const QJsonValue &left, const QJsonValue &right, QJsonTreeItem *treeNode)
 {
     auto *node = static_cast<QJsonDiffTreeItem *>(treeNode);
+    if (left == right)
+        return false;
     if (!left.isObject() && !left.isArray()) {
-        if (left == right)
-            return false;
         node->setLeftValue(left);
         node->setRightValue(right);
         node->setDiffType(16);
         return true;
     }
-    bool appended = false;
     if (left.isObject()) {
-        if (left == right)
-            return false;
-        const QString lid = left.toObject()["id"].toString();
-        const QString rid = right.toObject()["id"].toString();
+        const QJsonObject lo = left.toObject();
+        const QJsonObject ro = right.toObject();
+        const QString lid = lo["id"].toString();
+        const QString rid = ro["id"].toString();
         if ((!lid.isEmpty() || !rid.isEmpty()) && lid != rid)
             return false;
-        const QStringList rightKeys = right.toObject().keys();
-        const QStringList leftKeys = left.toObject().keys();
-        for (const QString &key : leftKeys) {
-            if (!rightKeys.contains(key)) {
-                AppendSide(node, key, left.toObject()[key], true, 4);
-                appended = true;
-            }
+        for (const QString &key : lo.keys()) {
+            if (!ro.keys().contains(key))
+                AppendSide(node, key, lo[key], true, 4);
         }
-        for (const QString &key : rightKeys) {
-            if (!leftKeys.contains(key)) {
-                AppendSide(node, key, right.toObject()[key], false, 8);
-                appended = true;
-            }
+        for (const QString &key : ro.keys()) {
+            if (!lo.keys().contains(key))
+                AppendSide(node, key, ro[key], false, 8);
         }
-        for (const QString &key : leftKeys) {
-            const QJsonValue l = left.toObject().value(key);
-            const QJsonValue r = right.toObject().value(key);
-            if (l.isUndefined() || r.isUndefined() || l == r)
-                continue;
-            auto *child = new QJsonDiffTreeItem(node);
-            if (BuildDiff(l, r, child)) {
-                child->setKey(key);
-                child->setType(l.type());
-                child->setDiffType(1);
-                node->appendChild(child);
-                appended = true;
-            } else {
-                delete child;
-            }
+        for (const QString &key : lo.keys()) {
+            const QJsonValue l = lo.value(key);
+            const QJsonValue r = ro.value(key);
+            if (!l.isUndefined() && !r.isUndefined() && l != r)
+                AppendCompared(node, key, l, r, 1);
         }
-        return appended;
+        return node->childCount() > 0;
     }
     const QJsonArray la = left.toArray();
     const QJsonArray ra = right.toArray();
@@ -87,148 +88,91 @@ inline bool BuildDiff(const QJsonValue &left, const QJsonValue &right, QJsonTree
         return false;
     for (const QJsonValue e : la) {
         if (!e.isObject()) {
-            if (ra.contains(e))
-                continue;
-            AppendSide(node, e.toString(), e, true, 4);
-            appended = true;
+            if (!ra.contains(e))
+                AppendSide(node, e.toString(), e, true, 4);
             continue;
         }
-        const QJsonValue id = e.toObject()["id"];
+        const QJsonValue id = e.toObject()["id"]; // Null when absent, as for non-objects
         QJsonObject found;
         bool stopped = false;
         for (const QJsonValue f : ra) {
-            const QJsonValue fid = f.toObject()["id"];
-            if (fid == id) {
-                found = f.toObject();
-                if (found == e.toObject())
-                    continue;
+            if (f.toObject()["id"] != id)
+                continue;
+            found = f.toObject();
+            if (found != e.toObject()) {
                 stopped = true;
                 break;
             }
         }
-        if (stopped) {
-            auto *child = new QJsonDiffTreeItem(node);
-            if (BuildDiff(e.toObject(), found, child)) {
-                child->setKey(id.toString());
-                child->setType(e.type());
-                child->setDiffType(2);
-                node->appendChild(child);
-                appended = true;
-            } else {
-                delete child;
-            }
-        }
-        if (found.isEmpty()) {
+        if (stopped)
+            AppendCompared(node, id.toString(), e.toObject(), found, 2);
+        if (found.isEmpty())
             AppendSide(node, id.toString(), e, true, 6);
-            appended = true;
-        }
     }
     for (const QJsonValue e : ra) {
         if (!e.isObject()) {
-            if (la.contains(e))
-                continue;
-            AppendSide(node, e.toString(), e, false, 8);
-            appended = true;
+            if (!la.contains(e))
+                AppendSide(node, e.toString(), e, false, 8);
             continue;
         }
         const QJsonValue id = e.toObject()["id"];
-        bool partner = false;
-        for (const QJsonValue f : la) {
-            if (f.toObject()["id"] == id) {
-                partner = true;
-                break;
-            }
-        }
-        if (!partner) {
+        if (std::none_of(la.begin(), la.end(), [&id](const QJsonValue &f) { return f.toObject()["id"] == id; }))
             AppendSide(node, id.toString(), e, false, 10);
-            appended = true;
-        }
     }
-    return appended;
+    return node->childCount() > 0;
 }
 
 inline QJsonValue GenPatch(QJsonTreeItem *treeNode, QJsonValue value)
 {
-    if (!treeNode)
-        return value;
     auto *node = static_cast<QJsonDiffTreeItem *>(treeNode);
+    if (!node)
+        return value;
     if (node->type() != QJsonValue::Object && node->type() != QJsonValue::Array)
         return node->action() == 1 ? node->values().left : node->values().right;
-    if (node->type() == QJsonValue::Array) {
-        QJsonArray output;
-        QSet<QString> handled;
-        const int n = node->childCount();
-        for (const QJsonValue e : value.toArray()) {
-            QString key;
-            int match = -1;
-            if (e.isObject() || e.isString()) {
-                key = e.isObject() ? e.toObject()["id"].toString() : e.toString();
-                for (int i = 0; i < n; ++i) {
-                    if (node->child(i)->key() == key) {
-                        match = i;
-                        break;
-                    }
-                }
-            }
-            if (match < 0) {
-                output.append(e);
-                continue;
-            }
-            handled.insert(key);
-            auto *child = static_cast<QJsonDiffTreeItem *>(node->child(match));
-            const int type = child->diffType();
-            if (e.isObject()) {
-                if (type & 4) {
-                    if (child->action() == 1)
-                        output.append(GenPatch(child, e));
-                } else if (type & 8) {
-                    if (child->action() == 2)
-                        output.append(GenPatch(child, e));
-                } else {
-                    output.append(GenPatch(child, e));
-                }
-            } else {
-                if (type & 4) {
-                    if (child->action() == 1)
-                        output.append(e);
-                } else if ((type & 8) && child->action() != 2) {
-                } else {
-                    output.append(e);
-                }
-            }
-        }
-        for (int i = 0; i < n; ++i) {
+    if (node->type() == QJsonValue::Object) {
+        // Adding a missing member (8, right taken) and removing one (4, right taken) happen
+        // on discarded copies: a patch changes only members the target already has.
+        const QStringList keys = value.toObject().keys();
+        for (int i = 0; i < node->childCount(); ++i) {
             auto *child = static_cast<QJsonDiffTreeItem *>(node->child(i));
-            if (handled.contains(child->key()))
+            if (!keys.contains(child->key()) || (child->diffType() == 4 && child->action() == 2))
                 continue;
-            if ((child->diffType() & 4) && child->action() == 1)
-                output.append(child->values().left);
-            else if ((child->diffType() & 8) && child->action() == 2)
-                output.append(child->values().right);
+            QJsonObject obj = value.toObject();
+            obj[child->key()] = GenPatch(child, obj.value(child->key()));
+            value = QJsonValue(obj);
         }
-        return output;
+        return value;
     }
-    const QStringList keys = value.toObject().keys();
+    QJsonArray output;
+    QSet<QString> handled;
+    for (const QJsonValue e : value.toArray()) {
+        QJsonDiffTreeItem *child = nullptr;
+        if (e.isObject() || e.isString()) {
+            const QString key = e.isObject() ? e.toObject()["id"].toString() : e.toString();
+            for (int i = 0; i < node->childCount() && !child; ++i) {
+                if (node->child(i)->key() == key)
+                    child = static_cast<QJsonDiffTreeItem *>(node->child(i));
+            }
+        }
+        if (!child) {
+            output.append(e);
+            continue;
+        }
+        handled.insert(child->key());
+        const int type = child->diffType();
+        if ((type & 4) ? child->action() == 1 : (!(type & 8) || child->action() == 2))
+            output.append(e.isObject() ? GenPatch(child, e) : e);
+    }
     for (int i = 0; i < node->childCount(); ++i) {
         auto *child = static_cast<QJsonDiffTreeItem *>(node->child(i));
-        const QString k = child->key();
-        if (!keys.contains(k)) {
-            if (child->diffType() == 8 && child->action() == 2) {
-                QJsonObject discarded = value.toObject();
-                discarded[k] = child->values().right;
-            }
+        if (handled.contains(child->key()))
             continue;
-        }
-        if (child->diffType() == 4 && child->action() == 2) {
-            QJsonObject discarded = value.toObject();
-            discarded.remove(k);
-            continue;
-        }
-        QJsonObject obj = value.toObject();
-        obj[k] = GenPatch(child, obj.value(k));
-        value = QJsonValue(obj);
+        if ((child->diffType() & 4) && child->action() == 1)
+            output.append(child->values().left);
+        else if ((child->diffType() & 8) && child->action() == 2)
+            output.append(child->values().right);
     }
-    return value;
+    return output;
 }
 
 } // namespace QuadraticDiff

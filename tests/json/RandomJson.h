@@ -50,12 +50,10 @@ public:
 
     QJsonObject Object(int depth)
     {
-        static const QStringList keys = {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c"),
-                                         QStringLiteral("d")};
         QJsonObject object;
         if (Chance(70))
             object.insert(QStringLiteral("id"), Id());
-        for (const QString &key : keys) {
+        for (const QString &key : m_keys) {
             if (Chance(45))
                 object.insert(key, Value(depth - 1));
         }
@@ -130,12 +128,10 @@ public:
     // of their own alphabet: the documents for which an all-left patch must be the identity.
     QJsonObject WellFormedObject(int depth, bool withId)
     {
-        static const QStringList keys = {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c"),
-                                         QStringLiteral("d")};
         QJsonObject object;
         if (withId)
             object.insert(QStringLiteral("id"), QStringLiteral("i%1").arg(m_nextId++));
-        for (const QString &key : keys) {
+        for (const QString &key : m_keys) {
             if (Chance(50))
                 object.insert(key, WellFormedValue(depth - 1));
         }
@@ -161,6 +157,7 @@ public:
     }
 
 private:
+    const QStringList m_keys = {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("d")};
     QRandomGenerator m_random;
     int m_nextId = 0;
 };
