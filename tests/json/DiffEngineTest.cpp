@@ -36,7 +36,8 @@ QStringList Full(const QJsonTreeItem *treeNode, int depth = 0)
     if (!node)
         return lines;
     lines << QString(depth, QLatin1Char(' ')) + node->key()
-                 + QStringLiteral(" type=%1 diff=%2 action=%3").arg(node->type()).arg(node->diffType()).arg(node->action())
+                 + QStringLiteral(" type=%1 diff=%2").arg(node->type()).arg(node->diffType())
+                 + QStringLiteral(" action=%1").arg(node->action())
                  + QStringLiteral(" value=%1 left=%2 right=%3")
                        .arg(node->value(), Compact(node->values().left), Compact(node->values().right));
     for (int i = 0; i < node->childCount(); ++i) {
@@ -122,8 +123,6 @@ private slots:
     void indexedMatchesQuadratic();
     void patchChoices_data();
     void patchChoices();
-    void hostileInput_data();
-    void hostileInput();
     void deepNestingOnPoolThread();
     void cells_data();
     void cells();
@@ -163,6 +162,28 @@ void DiffEngineTest::buildDiff_data()
     row("array against a string", R"({"s":["x"]})", R"({"s":"x"})", "s[1](x[4])");
     row("object against a number", R"({"a":{"b":1}})", R"({"a":1})", "a[1](b[4])");
     row("number against an object", R"({"a":1})", R"({"a":{"b":1}})", "a[1]");
+
+    // Sizes at which walking the other array for every element would never finish.
+    const int n = 100000;
+    // n copies of `element` under "s", then `tail` unless it is undefined.
+    const auto array = [n](const QJsonValue &element, const QJsonValue &tail = QJsonValue::Undefined) {
+        QJsonArray array;
+        for (int i = 0; i < n; ++i)
+            array.append(element);
+        if (!tail.isUndefined())
+            array.append(tail);
+        return QJsonObject{{QStringLiteral("s"), array}};
+    };
+    const QJsonObject same{{"id", "same"}, {"v", 1}};
+    QTest::newRow("100000 equal objects, one differing partner at the end")
+        << array(same) << array(same, QJsonObject{{"id", "same"}, {"v", 2}})
+        << "s[1](" + Repeated("same[2](v[1])", n) + ")";
+    QTest::newRow("100000 equal strings, one new") << array("same") << array("same", "new") << "s[1](new[8])";
+    // Every id-less object passes over its equal partners and stops at the number, which
+    // stands for an empty object: a changed node and a left-only node each.
+    QTest::newRow("100000 id-less objects, a number on the right")
+        << array(QJsonObject{{"v", 1}}) << array(QJsonObject{{"v", 1}}, 7)
+        << "s[1](" + Repeated("[2](v[4]) [6]", n) + " [8])";
 }
 
 void DiffEngineTest::buildDiff()
@@ -290,46 +311,6 @@ void DiffEngineTest::patchChoices()
     QCOMPARE(Full(model.GetRoot()), treeBefore);
 }
 
-void DiffEngineTest::hostileInput_data()
-{
-    QTest::addColumn<QJsonObject>("left");
-    QTest::addColumn<QJsonObject>("right");
-    QTest::addColumn<QString>("shape");
-    const int n = 100000;
-    // n copies of `element` under "s", then `tail` unless it is undefined.
-    const auto array = [n](const QJsonValue &element, const QJsonValue &tail = QJsonValue::Undefined) {
-        QJsonArray array;
-        for (int i = 0; i < n; ++i)
-            array.append(element);
-        if (!tail.isUndefined())
-            array.append(tail);
-        return QJsonObject{{QStringLiteral("s"), array}};
-    };
-    const QJsonObject same{{"id", "same"}, {"v", 1}};
-    QTest::newRow("100000 equal objects, one differing partner at the end")
-        << array(same) << array(same, QJsonObject{{"id", "same"}, {"v", 2}})
-        << "s[1](" + Repeated("same[2](v[1])", n) + ")";
-    QTest::newRow("100000 equal strings, one new") << array("same") << array("same", "new") << "s[1](new[8])";
-    // Every id-less object passes over its equal partners and stops at the number, which
-    // stands for an empty object: a changed node and a left-only node each.
-    QTest::newRow("100000 id-less objects, a number on the right")
-        << array(QJsonObject{{"v", 1}}) << array(QJsonObject{{"v", 1}}, 7)
-        << "s[1](" + Repeated("[2](v[4]) [6]", n) + " [8])";
-}
-
-void DiffEngineTest::hostileInput()
-{
-    QFETCH(QJsonObject, left);
-    QFETCH(QJsonObject, right);
-    QFETCH(QString, shape);
-    VantixFeaturesDiffModel model;
-    QVERIFY(model.Regenerate(left, right));
-    QCOMPARE(Shape(model.GetRoot()), shape);
-    QJsonObject patched = left;
-    model.ApplyPatch(patched);
-    QCOMPARE(patched, left);
-}
-
 void DiffEngineTest::deepNestingOnPoolThread()
 {
     // The parser's own nesting limit; the editor builds diffs on a pool thread.
@@ -406,18 +387,16 @@ void DiffEngineTest::headersAndNavigation()
     // The tester watches resets and navigation; setData's notification is left out (see
     // tickingNotifiesTopLevelRow), since its last index lies past the last column.
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-    const auto headers = [&model] {
-        QStringList texts;
-        for (int section = 0; section < 4; ++section)
-            texts << model.headerData(section, Qt::Horizontal).toString();
-        return texts.join(QLatin1Char('|'));
-    };
-    QCOMPARE(headers(), QStringLiteral("Key|Current/Left|Original/Right|"));
+    QStringList headers;
+    for (int section = 0; section < 4; ++section)
+        headers << model.headerData(section, Qt::Horizontal).toString();
+    QCOMPARE(headers, QStringList({"Key", "Current/Left", "Original/Right", ""}));
     QCOMPARE(model.headerData(3, Qt::Horizontal), QVariant(QString()));
     QVERIFY(!model.headerData(0, Qt::Vertical).isValid());
     QVERIFY(!model.headerData(0, Qt::Horizontal, Qt::EditRole).isValid());
     model.setHeaders({"Key", "p1"});
-    QCOMPARE(headers(), QStringLiteral("Key|p1||"));
+    QCOMPARE(model.headerData(1, Qt::Horizontal), QVariant(QStringLiteral("p1")));
+    QCOMPARE(model.headerData(2, Qt::Horizontal), QVariant(QString()));
 
     QVERIFY(!model.GetRoot()); // no tree yet: nothing to show, a patch changes nothing
     QCOMPARE(model.rowCount(), 0);
