@@ -8,176 +8,132 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QJsonArray>
 #include <QJsonDocument>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QTabBar>
+#include <QTabWidget>
 #include <QTest>
 #include <QTimer>
 
-#include <functional>
 #include <memory>
 
 // A small definition folder in canonical form, so that regenerating it right
 // after loading changes nothing.
 inline QByteArray CanonicalProducts()
 {
-    return R"({
-    "extensions": {
-        "extension": [
-            {"id": "step", "title": "STEP", "ext": "*.step", "cad_support": true,
-             "load_as_part": false, "multiple_parts_support": true, "slices_support": false},
-            {"id": "stl", "title": "Stereolithography", "ext": "*.stl", "cad_support": false,
-             "load_as_part": true, "multiple_parts_support": false, "slices_support": false}
-        ],
-        "lic_coveradge": {
-            "export": [{"id": "stl", "lic": ["lic_pro"]}],
-            "import": [{"id": "stl", "lic": ["lic_basic", "lic_pro"]}]
-        }
-    },
-    "features": {
-        "feature": [
-            {"id": "file_open", "title": "Open", "tooltip": "Open a file", "statustip": "Opens a file"},
-            {"id": "file_save", "title": "Save"},
-            {"id": "mesh_cut", "title": "Cut", "emergency": true, "visual": false}
-        ]
-    },
-    "products": {
-        "product": [
-            {"id": "basic", "profile_suffix": "_b", "modes": ["main"],
-             "licensing": {"base": "lic_basic", "specific": [{"id": "file_save", "licenses": ["lic_addon"]}]},
-             "extensions": {"export": [], "export_as_project": [], "export_as_scene": [],
-                            "import": ["stl"], "import_as_project": [], "open": ["stl"]},
-             "features": ["file_open", "file_save"]},
-            {"id": "pro", "profile_suffix": "_p", "modes": ["expert", "main"],
-             "licensing": {"base": "lic_pro", "specific": []},
-             "extensions": {"export": ["stl"], "export_as_project": [], "export_as_scene": [],
-                            "import": ["step", "stl"], "import_as_project": [], "open": ["step", "stl"]},
-             "features": ["file_open", "file_save", "mesh_cut"]}
-        ]
-    }
-})";
+    return R"({"extensions": {"extension": [
+        {"id": "step", "title": "STEP", "ext": "*.step", "cad_support": true, "load_as_part": false, "multiple_parts_support": true, "slices_support": false},
+        {"id": "stl", "title": "Stereolithography", "ext": "*.stl", "cad_support": false, "load_as_part": true, "multiple_parts_support": false, "slices_support": false}],
+      "lic_coveradge": {"export": [{"id": "stl", "lic": ["lic_pro"]}], "import": [{"id": "stl", "lic": ["lic_basic", "lic_pro"]}]}},
+    "features": {"feature": [{"id": "file_open", "title": "Open", "tooltip": "Open a file", "statustip": "Opens a file"},
+        {"id": "file_save", "title": "Save"}, {"id": "mesh_cut", "title": "Cut", "emergency": true, "visual": false}]},
+    "products": {"product": [
+        {"id": "basic", "profile_suffix": "_b", "modes": ["main"], "features": ["file_open", "file_save"],
+         "licensing": {"base": "lic_basic", "specific": [{"id": "file_save", "licenses": ["lic_addon"]}]},
+         "extensions": {"export": [], "export_as_project": [], "export_as_scene": [], "import": ["stl"], "import_as_project": [], "open": ["stl"]}},
+        {"id": "pro", "profile_suffix": "_p", "modes": ["expert", "main"], "features": ["file_open", "file_save", "mesh_cut"],
+         "licensing": {"base": "lic_pro", "specific": []},
+         "extensions": {"export": ["stl"], "export_as_project": [], "export_as_scene": [], "import": ["step", "stl"], "import_as_project": [], "open": ["step", "stl"]}}]}})";
 }
 
 inline QByteArray CanonicalLayouts()
 {
-    return R"({"layouts": {
-        "expert": {"extensions": {"export": [], "export_as_project": [], "export_as_scene": [],
-                                  "import": ["step"], "import_as_project": [], "open": []},
-                   "features": ["mesh_cut"]},
-        "main": {"extensions": {"export": [], "export_as_project": [], "export_as_scene": [],
-                                "import": ["stl"], "import_as_project": [], "open": ["stl"]},
-                 "features": ["file_open", "file_save"]}
-    }})";
+    const QByteArray none = R"("export": [], "export_as_project": [], "export_as_scene": [], "import_as_project": [])";
+    return R"({"layouts": {"expert": {"extensions": {)" + none + R"(, "import": ["step"], "open": []}, "features": ["mesh_cut"]},
+        "main": {"extensions": {)" + none + R"(, "import": ["stl"], "open": ["stl"]}, "features": ["file_open", "file_save"]}}})";
 }
 
 inline QMap<QString, QString> Catalogue()
 {
-    return {{QStringLiteral("lic_addon"), QStringLiteral("Add-on")},
-            {QStringLiteral("lic_basic"), QStringLiteral("Basic")},
-            {QStringLiteral("lic_pro"), QStringLiteral("Professional")}};
+    return {{"lic_addon", "Add-on"}, {"lic_basic", "Basic"}, {"lic_pro", "Professional"}};
 }
 
-// Answers modal dialogs as they open, in order, from the event loop that the
-// dialog runs; records what each dialog (busy dialogs included) showed.
+// Answers modal dialogs from a timer, in order, as they open: a message box
+// gets the button, an input dialog the text, a file dialog the folder; a null
+// answer cancels. Logs what each dialog (busy dialogs included) showed.
 class DialogAnswers : public QObject
 {
 public:
-    using Answer = std::function<void(QWidget *)>;
-
     DialogAnswers()
     {
         qApp->installEventFilter(this);
-        m_timer.setInterval(5);
         QObject::connect(&m_timer, &QTimer::timeout, [this] { Poll(); });
-        m_timer.start();
+        m_timer.start(5);
     }
     ~DialogAnswers() override { qApp->removeEventFilter(this); }
 
-    DialogAnswers &Then(Answer answer)
+    DialogAnswers &Then(const QVariant &answer)
     {
-        m_answers << std::move(answer);
+        m_answers << answer;
         return *this;
     }
     int Pending() const { return m_answers.size(); }
 
     QStringList log;
 
-    static Answer Press(QMessageBox::StandardButton button)
-    {
-        return [button](QWidget *dialog) {
-            if (auto *box = qobject_cast<QMessageBox *>(dialog))
-                box->button(button)->click();
-        };
-    }
-    static Answer Enter(const QString &text)
-    {
-        return [text](QWidget *dialog) {
-            if (auto *input = qobject_cast<QInputDialog *>(dialog)) {
-                input->setTextValue(text);
-                input->accept();
-            }
-        };
-    }
-    static Answer ChooseFolder(const QString &path)
-    {
-        return [path](QWidget *dialog) {
-            if (auto *files = qobject_cast<QFileDialog *>(dialog)) {
-                files->setDirectory(path);
-                static_cast<QDialog *>(files)->accept();
-            }
-        };
-    }
-    static Answer Cancel()
-    {
-        return [](QWidget *dialog) { static_cast<QDialog *>(dialog)->reject(); };
-    }
-
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        if (event->type() == QEvent::Show) {
-            if (auto *busy = qobject_cast<QProgressDialog *>(watched))
-                log << QStringLiteral("busy: ") + busy->labelText();
-        }
+        if (auto *busy = qobject_cast<QProgressDialog *>(watched); busy && event->type() == QEvent::Show)
+            log << "busy: " + busy->labelText();
         return false;
     }
 
 private:
     void Poll()
     {
-        QWidget *dialog = QApplication::activeModalWidget();
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
         if (!dialog || qobject_cast<QProgressDialog *>(dialog) || dialog->property("answered").toBool()
             || m_answers.isEmpty())
             return;
         dialog->setProperty("answered", true);
-        if (auto *box = qobject_cast<QMessageBox *>(dialog))
+        const QVariant answer = m_answers.takeFirst();
+        if (auto *box = qobject_cast<QMessageBox *>(dialog)) {
             log << QStringLiteral("%1 | %2 | %3").arg(int(box->icon())).arg(box->windowTitle(), box->text());
-        else if (auto *input = qobject_cast<QInputDialog *>(dialog))
+            if (answer.isValid())
+                return box->button(QMessageBox::StandardButton(answer.toInt()))->click();
+        } else if (auto *input = qobject_cast<QInputDialog *>(dialog)) {
             log << QStringLiteral("input | %1 | %2").arg(input->labelText(), input->textValue());
-        else
-            log << QStringLiteral("dialog | %1").arg(dialog->windowTitle());
-        m_answers.takeFirst()(dialog);
+            input->setTextValue(answer.toString());
+        } else {
+            log << "dialog | " + dialog->windowTitle();
+            if (auto *files = qobject_cast<QFileDialog *>(dialog))
+                files->setDirectory(answer.toString());
+        }
+        answer.isValid() ? dialog->accept() : dialog->reject();
     }
 
     QTimer m_timer;
-    QList<Answer> m_answers;
+    QVariantList m_answers;
 };
+
+inline QStringList Strings(const QJsonValue &array) { return array.toVariant().toStringList(); }
+
+inline QStringList Column(const QAbstractItemModel *model, int column = 0, int role = Qt::DisplayRole)
+{
+    QStringList texts;
+    for (int row = 0; row < model->rowCount(); ++row)
+        texts << model->index(row, column).data(role).toString();
+    return texts;
+}
 
 // The window over an in-memory folder.
 struct EditorUnderTest
 {
     explicit EditorUnderTest(bool withLayouts = true)
     {
-        folder.addFile(QStringLiteral("defs/products/products.json"), CanonicalProducts());
+        folder.addFile("defs/products/products.json", CanonicalProducts());
         if (withLayouts)
-            folder.addFile(QStringLiteral("defs/layouts/workspace.json"), CanonicalLayouts());
+            folder.addFile("defs/layouts/workspace.json", CanonicalLayouts());
         else
-            folder.addFolder(QStringLiteral("defs/layouts"));
-        window.reset(ProductEditor::CreateProductEditor(folder.path(QStringLiteral("defs")), folder.reader(),
-                                                        folder.writer(), Catalogue(), nullptr));
+            folder.addFolder("defs/layouts");
+        window.reset(ProductEditor::CreateProductEditor(folder.path("defs"), folder.reader(), folder.writer(),
+                                                        Catalogue(), nullptr));
     }
 
     template<typename T = QWidget>
@@ -185,13 +141,18 @@ struct EditorUnderTest
     {
         return window->findChild<T *>(QLatin1String(name));
     }
+    QString text(const char *field) const { return find<QLineEdit>(field)->text(); }
+    void press(const char *button) { find<QPushButton>(button)->click(); }
+    void trigger(const char *action) { find<QAction>(action)->trigger(); }
+    void setPage(int page) { find<QTabWidget>("mp_widget_tab")->setCurrentIndex(page); }
 
-    void show()
+    void show(int page = 1)
     {
         window->resize(1400, 900);
         window->show();
         QApplication::setActiveWindow(window.get());
         QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        setPage(page);
     }
 
     void click(const char *view, int row, int column)
@@ -202,14 +163,38 @@ struct EditorUnderTest
         QTest::mouseClick(v->viewport(), Qt::LeftButton, {}, v->visualRect(index).center());
     }
 
+    // The texts of the named fields and the marks of the named check boxes.
+    QString state(const QStringList &names) const
+    {
+        QStringList values;
+        for (const QString &name : names) {
+            const QWidget *widget = window->findChild<QWidget *>(name);
+            values << widget->property(widget->inherits("QCheckBox") ? "checked" : "text").toString();
+        }
+        return values.join('|');
+    }
+
     // The bar above the diff tree, not the tab widget's own.
-    QTabBar *diffTabs() const { return find("mp_tab_diff")->findChild<QTabBar *>(); }
+    QTabBar *diffBar() const { return find("mp_tab_diff")->findChild<QTabBar *>(); }
+    QStringList diffTabs() const
+    {
+        QStringList texts;
+        while (texts.size() < diffBar()->count())
+            texts << diffBar()->tabText(texts.size());
+        return texts;
+    }
 
-    void trigger(const char *action) { find<QAction>(action)->trigger(); }
-
-    QJsonObject written(const QString &relative = QStringLiteral("defs/products/products.json")) const
+    const QJsonObject written(const QString &relative = "defs/products/products.json") const
     {
         return QJsonDocument::fromJson(folder.written.value(folder.path(relative))).object();
+    }
+    // The entry `id` of the saved array `kind` ("feature", "product").
+    const QJsonObject saved(const char *kind, const QString &id) const
+    {
+        for (const QJsonValue &entry : written()[QString(kind) + 's'][kind].toArray())
+            if (entry["id"] == id)
+                return entry.toObject();
+        return {};
     }
 
     MemoryFolder folder;

@@ -3,76 +3,20 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QDir>
-#include <QJsonArray>
-#include <QLineEdit>
 #include <QListView>
 #include <QPointer>
-#include <QSortFilterProxyModel>
-#include <QTabBar>
-#include <QTabWidget>
 #include <QTableView>
 #include <QTreeView>
 
-using Answers = DialogAnswers;
-
 namespace {
-
-QStringList Column(const QAbstractItemModel *model, int column = 0)
-{
-    QStringList texts;
-    for (int row = 0; row < model->rowCount(); ++row)
-        texts << model->index(row, column).data().toString();
-    return texts;
-}
-
-const QJsonObject Product(const QJsonObject &products, const QString &id)
-{
-    for (const QJsonValue &value : products[QStringLiteral("products")][QStringLiteral("product")].toArray())
-        if (value[QStringLiteral("id")].toString() == id)
-            return value.toObject();
-    return {};
-}
-
-const QJsonObject Feature(const QJsonObject &products, const QString &id)
-{
-    for (const QJsonValue &value : products[QStringLiteral("features")][QStringLiteral("feature")].toArray())
-        if (value[QStringLiteral("id")].toString() == id)
-            return value.toObject();
-    return {};
-}
-
-QStringList Strings(const QJsonValue &array)
-{
-    QStringList list;
-    for (const QJsonValue &value : array.toArray())
-        list << value.toString();
-    return list;
-}
-
-// The index in a tree model whose column-0 texts follow `path` from the top.
-QModelIndex Find(const QAbstractItemModel *model, const QStringList &path)
-{
-    QModelIndex parent;
-    for (const QString &key : path) {
-        QModelIndex found;
-        for (int row = 0; row < model->rowCount(parent) && !found.isValid(); ++row)
-            if (model->index(row, 0, parent).data().toString() == key)
-                found = model->index(row, 0, parent);
-        if (!found.isValid())
-            return {};
-        parent = found;
-    }
-    return parent;
-}
-
-QStringList TabTexts(const QTabBar *tabs)
-{
-    QStringList texts;
-    for (int i = 0; i < tabs->count(); ++i)
-        texts << tabs->tabText(i);
-    return texts;
-}
-
+const QStringList FeatureFields = {"mp_edt_id", "mp_edt_title", "mp_edt_tooltip", "mp_edt_statustip",
+                                   "mp_edt_base_license", "mp_chk_visible", "mp_chk_emergency"};
+const QStringList ExtensionFields = {"mp_edt_ext_id", "mp_edt_ext_title", "mp_edt_ext_name",
+                                     "mp_chk_ext_cad_support", "mp_chk_ext_multiple_parts_support",
+                                     "mp_chk_ext_slice_support", "mp_chk_ext_load_as_part"};
+const QString Warning = "2 | Warning | %1 '%2' is already exist";
+const QStringList Busy = {"busy: Building Products diff ...", "busy: Building expert diff ...",
+                          "busy: Building main diff ..."};
 } // namespace
 
 class EditorFlowsTest : public QObject
@@ -81,469 +25,301 @@ class EditorFlowsTest : public QObject
 
 private slots:
     void init();
-    void cleanup();
-
-    void featuresPageFollowsTheCurrentFeature();
-    void searchFiltersAndClears();
+    void cleanup() { QCOMPARE(answers->Pending(), 0); }
+    void featuresPageFollowsSelectionAndSearch();
     void editedFeatureReachesTheSavedFile();
-    void renamedFeatureStaysCurrent();
-    void visibleCommitsAtOnceEmergencyOnSubmit();
-    void addAndRemoveFeature();
-    void duplicateFeature_data();
-    void duplicateFeature();
-    void featureTogglesByColumn_data();
-    void featureTogglesByColumn();
-
-    void extensionsPageOpensOnFirstExtension();
-    void extensionTogglesByColumn_data();
-    void extensionTogglesByColumn();
-    void addExtensionAndRemoveAll();
-
-    void duplicateProduct_data();
-    void duplicateProduct();
-    void removeProductAsksFirst_data();
-    void removeProductAsksFirst();
+    void duplicate_data();
+    void duplicate();
+    void toggleByColumn_data();
+    void toggleByColumn();
+    void extensionsPageAddsAndRemovesAll();
+    void questions_data();
+    void questions();
     void licenseRefusals();
-
-    void updateWithoutEditsBuildsNoTab();
     void updateThenApplyRestoresLoadedValues_data();
     void updateThenApplyRestoresLoadedValues();
     void updateWithoutLayoutsKeepsButtonState();
     void compareRebuildsTabsAndKeepsIndexTwo();
     void compareProducts_data();
     void compareProducts();
-
     void query_data();
     void query();
-    void queryDoubleClickSelectsFeature();
-    void copySelectedCells();
-    void copyOnlyOnQueryPageWithControl_data();
-    void copyOnlyOnQueryPageWithControl();
+    void copyFromQueryTable_data();
+    void copyFromQueryTable();
     void resultTreeWidensOnExpand();
-
-    void reloadAsksFirst_data();
-    void reloadAsksFirst();
     void loadAndSaveAs();
 
 private:
-    std::unique_ptr<EditorUnderTest> editor;
+    QListView *features() const { return editor->find<QListView>("mp_lst_features"); }
+    void selectFeature(int row) { features()->setCurrentIndex(features()->model()->index(row, 0)); }
+
     std::unique_ptr<DialogAnswers> answers;
+    std::unique_ptr<EditorUnderTest> editor;
 };
 
 void EditorFlowsTest::init()
 {
-    editor = std::make_unique<EditorUnderTest>();
+    answers.reset();
+    editor = std::make_unique<EditorUnderTest>(qstrcmp(QTest::currentTestFunction(),
+                                                       "updateWithoutLayoutsKeepsButtonState"));
     answers = std::make_unique<DialogAnswers>();
 }
 
-void EditorFlowsTest::cleanup()
+void EditorFlowsTest::featuresPageFollowsSelectionAndSearch()
 {
-    QCOMPARE(answers->Pending(), 0);
-    answers.reset();
-    editor.reset();
-}
-
-void EditorFlowsTest::featuresPageFollowsTheCurrentFeature()
-{
-    auto *list = editor->find<QListView>("mp_lst_features");
-    QCOMPARE(list->currentIndex().row(), 0);
-    QCOMPARE(editor->find<QLineEdit>("mp_edt_id")->text(), QStringLiteral("file_open"));
-    QCOMPARE(editor->find<QLineEdit>("mp_edt_title")->text(), QStringLiteral("Open"));
-    QCOMPARE(editor->find<QLineEdit>("mp_edt_tooltip")->text(), QStringLiteral("Open a file"));
-    QCOMPARE(editor->find<QLineEdit>("mp_edt_statustip")->text(), QStringLiteral("Opens a file"));
-    QVERIFY(editor->find<QCheckBox>("mp_chk_visible")->isChecked());
-
-    // The first product row is current, and its base license is shown.
+    // The first feature and its first product row are current.
+    QCOMPARE(editor->state(FeatureFields), "file_open|Open|Open a file|Opens a file|lic_basic|true|false");
     auto *products = editor->find<QTableView>("mp_lst_feature_product");
-    QCOMPARE(products->currentIndex().row(), 0);
-    QCOMPARE(editor->find<QLineEdit>("mp_edt_base_license")->text(), QStringLiteral("lic_basic"));
-
-    list->setCurrentIndex(list->model()->index(2, 0));
-    QCOMPARE(editor->find<QLineEdit>("mp_edt_id")->text(), QStringLiteral("mesh_cut"));
-    QVERIFY(!editor->find<QCheckBox>("mp_chk_visible")->isChecked());
-    QVERIFY(editor->find<QCheckBox>("mp_chk_emergency")->isChecked());
-    QCOMPARE(products->model()->index(0, 0).data(Qt::UserRole), QVariant(false));
-    QCOMPARE(products->model()->index(1, 0).data(Qt::UserRole), QVariant(true));
-
+    selectFeature(2);
+    QCOMPARE(editor->state(FeatureFields), "mesh_cut|Cut|||lic_basic|false|true");
+    QCOMPARE(Column(products->model(), 0, Qt::UserRole), QStringList({"false", "true"}));
     products->setCurrentIndex(products->model()->index(1, 1));
-    QCOMPARE(editor->find<QLineEdit>("mp_edt_base_license")->text(), QStringLiteral("lic_pro"));
-    auto *layouts = editor->find<QTableView>("mp_lst_feature_layout");
-    QCOMPARE(layouts->model()->index(0, 1).data(Qt::UserRole), QVariant(true)); // "expert" is a mode of pro
-}
+    QCOMPARE(editor->text("mp_edt_base_license"), "lic_pro");
+    // "expert" is a mode of pro.
+    QCOMPARE(editor->find<QTableView>("mp_lst_feature_layout")->model()->index(0, 1).data(Qt::UserRole), true);
 
-void EditorFlowsTest::searchFiltersAndClears()
-{
-    auto *list = editor->find<QListView>("mp_lst_features");
     auto *search = editor->find<QLineEdit>("mp_edt_search");
-    search->setText(QStringLiteral(" FILE "));
-    QCOMPARE(Column(list->model()), QStringList({"file_open", "file_save"}));
-    search->setText(QStringLiteral("cut"));
-    QCOMPARE(Column(list->model()), QStringList({"mesh_cut"}));
-
-    // Nothing current: the general fields are disabled and emptied.
-    search->setText(QStringLiteral("nothing matches"));
-    QVERIFY(!list->currentIndex().isValid());
-    QVERIFY(!editor->find<QLineEdit>("mp_edt_id")->isEnabled());
-    QCOMPARE(editor->find<QLineEdit>("mp_edt_title")->text(), QString());
-    editor->find<QPushButton>("mp_btn_remove_current")->click();
-
+    search->setText(" FILE ");
+    QCOMPARE(Column(features()->model()), QStringList({"file_open", "file_save"}));
+    // Nothing current: the general fields are disabled and emptied, and Remove does nothing.
+    search->setText("nothing matches");
+    QVERIFY(!editor->find("mp_edt_id")->isEnabled());
+    QVERIFY(editor->state(FeatureFields).startsWith("||||"));
+    editor->press("mp_btn_remove_current");
     search->clear();
-    QCOMPARE(list->model()->rowCount(), 3);
-
+    QCOMPARE(features()->model()->rowCount(), 3);
     // Rows coming back as the search widens leave the current feature where it is.
-    list->setCurrentIndex(list->model()->index(2, 0));
-    search->setText(QStringLiteral("cut"));
+    selectFeature(2);
+    search->setText("cut");
     search->clear();
-    QCOMPARE(list->currentIndex().data().toString(), QStringLiteral("mesh_cut"));
-    QCOMPARE(editor->find<QLineEdit>("mp_edt_id")->text(), QStringLiteral("mesh_cut"));
+    QCOMPARE(editor->text("mp_edt_id"), "mesh_cut");
+
+    editor->press("mp_btn_add_new_feature");
+    QCOMPARE(editor->text("mp_edt_id"), "New_Feature");
+    selectFeature(2);
+    editor->press("mp_btn_remove_current");
+    QCOMPARE(Column(features()->model()), QStringList({"New_Feature", "file_open", "mesh_cut"}));
 }
 
 void EditorFlowsTest::editedFeatureReachesTheSavedFile()
 {
-    editor->show();
-    auto *tabs = editor->find<QTabWidget>("mp_widget_tab");
-    tabs->setCurrentIndex(0);
-    auto *list = editor->find<QListView>("mp_lst_features");
-    list->setCurrentIndex(list->model()->index(1, 0));
-
-    auto *title = editor->find<QLineEdit>("mp_edt_title");
-    title->setFocus();
-    QTRY_VERIFY(title->hasFocus());
-    title->selectAll();
-    QTest::keyClicks(title, QStringLiteral("Store"));
-    editor->find<QLineEdit>("mp_edt_tooltip")->setFocus();
-    QTRY_VERIFY(!title->hasFocus());
-
-    // Take file_save out of "pro".
-    editor->click("mp_lst_feature_product", 1, 0);
-
-    editor->trigger("mp_run_save");
-    const QJsonObject saved = editor->written();
-    QCOMPARE(Feature(saved, QStringLiteral("file_save"))[QStringLiteral("title")].toString(),
-             QStringLiteral("Store"));
-    QCOMPARE(Strings(Product(saved, QStringLiteral("pro"))[QStringLiteral("features")]),
-             QStringList({"file_open", "mesh_cut"}));
-    QVERIFY(editor->folder.written.contains(editor->folder.path(QStringLiteral("defs/layouts/workspace.json"))));
-}
-
-void EditorFlowsTest::renamedFeatureStaysCurrent()
-{
-    editor->show();
-    editor->find<QTabWidget>("mp_widget_tab")->setCurrentIndex(0);
-    auto *list = editor->find<QListView>("mp_lst_features");
-    list->setCurrentIndex(list->model()->index(2, 0));
-    auto *id = editor->find<QLineEdit>("mp_edt_id");
-    id->setFocus();
-    QTRY_VERIFY(id->hasFocus());
-    id->setText(QStringLiteral("a_cut"));
-    editor->find<QLineEdit>("mp_edt_title")->setFocus();
-
-    QTRY_COMPARE(Column(list->model()), QStringList({"a_cut", "file_open", "file_save"}));
-    QCOMPARE(list->currentIndex().row(), 0);
-    QCOMPARE(editor->find<QLineEdit>("mp_edt_title")->text(), QStringLiteral("Cut"));
-    QVERIFY(editor->find<QCheckBox>("mp_chk_emergency")->isChecked());
-    editor->trigger("mp_run_save");
-    QCOMPARE(Strings(Product(editor->written(), QStringLiteral("pro"))[QStringLiteral("features")]),
-             QStringList({"a_cut", "file_open", "file_save"}));
-}
-
-void EditorFlowsTest::visibleCommitsAtOnceEmergencyOnSubmit()
-{
-    editor->show();
-    editor->find<QTabWidget>("mp_widget_tab")->setCurrentIndex(0);
-    QAbstractItemModel *features = editor->find<QListView>("mp_lst_features")->model();
-
-    const auto clickBox = [](QCheckBox *box) {
-        QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, box->height() / 2));
+    editor->show(0);
+    const auto type = [this](const char *field, const QString &text) {
+        auto *edit = editor->find<QLineEdit>(field);
+        edit->setFocus();
+        QTRY_VERIFY(edit->hasFocus());
+        edit->selectAll();
+        QTest::keyClicks(edit, text);
+        editor->find("mp_edt_search")->setFocus();
+        QTRY_VERIFY(!edit->hasFocus());
     };
-    clickBox(editor->find<QCheckBox>("mp_chk_visible"));
-    QCOMPARE(features->index(0, 4).data(), QVariant(false));
-
-    auto *emergency = editor->find<QCheckBox>("mp_chk_emergency");
-    emergency->setFocus();
-    clickBox(emergency);
-    QVERIFY(emergency->isChecked());
-    QCOMPARE(features->index(0, 5).data(), QVariant(false));
-    editor->find<QLineEdit>("mp_edt_title")->setFocus();
-    QTRY_COMPARE(features->index(0, 5).data(), QVariant(true));
-}
-
-void EditorFlowsTest::addAndRemoveFeature()
-{
-    auto *list = editor->find<QListView>("mp_lst_features");
-    editor->find<QPushButton>("mp_btn_add_new_feature")->click();
-    QCOMPARE(Column(list->model()), QStringList({"New_Feature", "file_open", "file_save", "mesh_cut"}));
-    QCOMPARE(list->currentIndex().data().toString(), QStringLiteral("New_Feature"));
-    QCOMPARE(editor->find<QLineEdit>("mp_edt_id")->text(), QStringLiteral("New_Feature"));
-
-    list->setCurrentIndex(list->model()->index(2, 0));
-    editor->find<QPushButton>("mp_btn_remove_current")->click();
-    QCOMPARE(Column(list->model()), QStringList({"New_Feature", "file_open", "mesh_cut"}));
-    QVERIFY(answers->log.isEmpty());
-}
-
-void EditorFlowsTest::duplicateFeature_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QStringList>("features");
-    QTest::addColumn<QString>("current");
-    QTest::addColumn<QStringList>("log");
-
-    const QString ask = QStringLiteral("input | Input new feature name | file_save");
-    QTest::newRow("new name") << "a_copy" << QStringList({"a_copy", "file_open", "file_save", "mesh_cut"})
-                              << "a_copy" << QStringList({ask});
-    QTest::newRow("own name") << "file_save" << QStringList({"file_save"})
-                              << "file_save"
-                              << QStringList({ask, "2 | Warning | Feature 'file_save' is already exist"});
-    QTest::newRow("taken name") << "mesh_cut" << QStringList({"file_save"})
-                                << "file_save"
-                                << QStringList({ask, "2 | Warning | Feature 'mesh_cut' is already exist"});
-}
-
-void EditorFlowsTest::duplicateFeature()
-{
-    QFETCH(QString, name);
-    QFETCH(QStringList, features);
-    QFETCH(QString, current);
-    QFETCH(QStringList, log);
-
-    auto *list = editor->find<QListView>("mp_lst_features");
-    list->setCurrentIndex(list->model()->index(1, 0));
-    editor->find<QLineEdit>("mp_edt_search")->setText(QStringLiteral("file_s"));
-    answers->Then(Answers::Enter(name));
-    if (log.size() > 1)
-        answers->Then(Answers::Press(QMessageBox::Ok));
-    editor->find<QPushButton>("mp_btn_duplicate")->click();
-    QCOMPARE(answers->log, log);
-    QCOMPARE(Column(list->model()), features);
-    QCOMPARE(list->currentIndex().data().toString(), current);
-    QCOMPARE(editor->find<QLineEdit>("mp_edt_search")->text().isEmpty(), log.size() == 1);
-}
-
-void EditorFlowsTest::featureTogglesByColumn_data()
-{
-    QTest::addColumn<QString>("view");
-    QTest::addColumn<int>("column");
-    QTest::addColumn<int>("checkColumn");
-    QTest::addColumn<bool>("flips");
-
-    QTest::newRow("product check") << "mp_lst_feature_product" << 0 << 0 << true;
-    QTest::newRow("product name") << "mp_lst_feature_product" << 1 << 0 << false;
-    QTest::newRow("layout of feature") << "mp_lst_feature_layout" << 0 << 0 << true;
-    QTest::newRow("layout of product") << "mp_lst_feature_layout" << 1 << 1 << true;
-    QTest::newRow("layout name") << "mp_lst_feature_layout" << 2 << 1 << false;
-    QTest::newRow("license check") << "mp_lst_specific_license" << 0 << 0 << true;
-    QTest::newRow("license name") << "mp_lst_specific_license" << 1 << 0 << false;
-}
-
-void EditorFlowsTest::featureTogglesByColumn()
-{
-    QFETCH(QString, view);
-    QFETCH(int, column);
-    QFETCH(int, checkColumn);
-    QFETCH(bool, flips);
-
-    editor->show();
-    editor->find<QTabWidget>("mp_widget_tab")->setCurrentIndex(0);
-    auto *table = editor->window->findChild<QTableView *>(view);
-    // The license table sorts by its marks; follow the row by its name.
-    const int nameColumn = view.endsWith("license") ? 1 : view.endsWith("layout") ? 2 : 1;
-    const QString name = table->model()->index(0, nameColumn).data().toString();
-    const QVariant before = table->model()->index(0, checkColumn).data(Qt::UserRole);
-    QVERIFY(before.isValid());
-    editor->click(qPrintable(view), 0, column);
-    const QModelIndexList rows = table->model()->match(table->model()->index(0, nameColumn), Qt::DisplayRole,
-                                                       name, 1, Qt::MatchExactly);
-    QCOMPARE(rows.size(), 1);
-    const QVariant after = table->model()->index(rows.first().row(), checkColumn).data(Qt::UserRole);
-    QCOMPARE(after.toBool(), flips ? !before.toBool() : before.toBool());
-}
-
-void EditorFlowsTest::extensionsPageOpensOnFirstExtension()
-{
-    QCOMPARE(editor->find<QTabWidget>("mp_widget_tab")->currentIndex(), 1);
-    QCOMPARE(editor->find<QListView>("mp_lst_extensions")->currentIndex().row(), 0);
-    QCOMPARE(editor->find<QLineEdit>("mp_edt_ext_id")->text(), QStringLiteral("step"));
-    QCOMPARE(editor->find<QLineEdit>("mp_edt_ext_title")->text(), QStringLiteral("STEP"));
-    QCOMPARE(editor->find<QLineEdit>("mp_edt_ext_name")->text(), QStringLiteral("*.step"));
-    QVERIFY(editor->find<QCheckBox>("mp_chk_ext_cad_support")->isChecked());
-    QVERIFY(editor->find<QCheckBox>("mp_chk_ext_multiple_parts_support")->isChecked());
-    QVERIFY(!editor->find<QCheckBox>("mp_chk_ext_load_as_part")->isChecked());
-    // "pro" imports step; "basic" does not.
-    QAbstractItemModel *products = editor->find<QTableView>("mp_lst_ext_product")->model();
-    QCOMPARE(products->index(0, 3).data(Qt::UserRole), QVariant(false));
-    QCOMPARE(products->index(1, 3).data(Qt::UserRole), QVariant(true));
-}
-
-void EditorFlowsTest::extensionTogglesByColumn_data()
-{
-    QTest::addColumn<QString>("view");
-    QTest::addColumn<int>("column");
-    QTest::addColumn<int>("checkColumn");
-    QTest::addColumn<bool>("flips");
-
-    QTest::newRow("product name") << "mp_lst_ext_product" << 0 << 3 << false;
-    for (int column = 1; column <= 6; ++column)
-        QTest::addRow("product column %d", column) << "mp_lst_ext_product" << column << column << true;
-    QTest::newRow("layout name") << "mp_lst_ext_layout" << 0 << 3 << false;
-    QTest::newRow("layout import") << "mp_lst_ext_layout" << 3 << 3 << true;
-    QTest::newRow("license id") << "mp_lst_ext_licenses" << 0 << 2 << false;
-    QTest::newRow("license name") << "mp_lst_ext_licenses" << 1 << 2 << false;
-    QTest::newRow("license import") << "mp_lst_ext_licenses" << 2 << 2 << true;
-    QTest::newRow("license export") << "mp_lst_ext_licenses" << 3 << 3 << true;
-}
-
-void EditorFlowsTest::extensionTogglesByColumn()
-{
-    QFETCH(QString, view);
-    QFETCH(int, column);
-    QFETCH(int, checkColumn);
-    QFETCH(bool, flips);
-
-    editor->show();
-    auto *table = editor->window->findChild<QTableView *>(view);
-    // The license table sorts by its marks; follow the row by its name.
-    const QString name = table->model()->index(0, 0).data().toString();
-    const bool before = table->model()->index(0, checkColumn).data(Qt::UserRole).toBool();
-    editor->click(qPrintable(view), 0, column);
-    const QModelIndexList rows = table->model()->match(table->model()->index(0, 0), Qt::DisplayRole, name, 1,
-                                                       Qt::MatchExactly);
-    QCOMPARE(rows.size(), 1);
-    const bool after = table->model()->index(rows.first().row(), checkColumn).data(Qt::UserRole).toBool();
-    QCOMPARE(after, flips ? !before : before);
-}
-
-void EditorFlowsTest::addExtensionAndRemoveAll()
-{
-    auto *list = editor->find<QListView>("mp_lst_extensions");
-    editor->find<QPushButton>("mp_btn_add_new_extension")->click();
-    QCOMPARE(Column(list->model()), QStringList({"extension", "step", "stl"}));
-    QCOMPARE(list->currentIndex().row(), 0);
-    QCOMPARE(editor->find<QLineEdit>("mp_edt_ext_name")->text(), QStringLiteral(".extension"));
-
-    auto *remove = editor->find<QPushButton>("mp_btn_remove_extension");
-    for (int i = 0; i < 3; ++i) {
-        list->setCurrentIndex(list->model()->index(0, 0));
-        remove->click();
-    }
-    QCOMPARE(list->model()->rowCount(), 0);
-    for (const char *name : {"mp_edt_ext_id", "mp_edt_ext_title", "mp_edt_ext_name", "mp_chk_ext_cad_support",
-                             "mp_chk_ext_multiple_parts_support", "mp_chk_ext_slice_support",
-                             "mp_chk_ext_load_as_part"})
-        QVERIFY2(!editor->find<QWidget>(name)->isEnabled(), name);
-    // The Features page's fields are the ones emptied.
-    for (const char *name : {"mp_edt_id", "mp_edt_tooltip", "mp_edt_statustip", "mp_edt_title"})
-        QVERIFY2(editor->find<QLineEdit>(name)->text().isEmpty(), name);
-    QVERIFY(editor->find<QLineEdit>("mp_edt_id")->isEnabled());
-    remove->click();
+    const auto clickBox = [this](const char *name) {
+        auto *box = editor->find<QCheckBox>(name);
+        box->setFocus();
+        QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, box->height() / 2));
+        return box->isChecked();
+    };
+    selectFeature(1);
+    type("mp_edt_title", "Store");
+    editor->click("mp_lst_feature_product", 1, 0); // out of "pro"
+    // "Visible" is written at once, "Emergency" only when the focus leaves it.
+    QAbstractItemModel *model = features()->model();
+    QVERIFY(!clickBox("mp_chk_visible"));
+    QCOMPARE(model->index(1, 4).data(), false);
+    QVERIFY(clickBox("mp_chk_emergency"));
+    QCOMPARE(model->index(1, 5).data(), false);
+    editor->find("mp_edt_title")->setFocus();
+    QTRY_COMPARE(model->index(1, 5).data(), true);
+    // A renamed feature moves to its sorted row and stays current.
+    selectFeature(2);
+    type("mp_edt_id", "a_cut");
+    QCOMPARE(Column(model), QStringList({"a_cut", "file_open", "file_save"}));
+    QCOMPARE(features()->currentIndex().row(), 0);
+    QCOMPARE(editor->text("mp_edt_title"), "Cut");
 
     editor->trigger("mp_run_save");
-    const QJsonObject saved = editor->written();
-    QVERIFY(saved[QStringLiteral("extensions")][QStringLiteral("extension")].toArray().isEmpty());
-    QCOMPARE(Strings(Product(editor->written(), QStringLiteral("pro"))[QStringLiteral("extensions")]
-                         [QStringLiteral("import")]),
-             QStringList());
+    QCOMPARE(editor->saved("feature", "file_save"), QJsonObject({{"id", "file_save"}, {"title", "Store"},
+                                                                 {"emergency", true}, {"visual", false}}));
+    QCOMPARE(Strings(editor->saved("product", "pro")["features"]), QStringList({"a_cut", "file_open"}));
+    QVERIFY(editor->folder.written.contains(editor->folder.path("defs/layouts/workspace.json")));
 }
 
-void EditorFlowsTest::duplicateProduct_data()
+void EditorFlowsTest::duplicate_data()
 {
+    QTest::addColumn<QString>("kind");
     QTest::addColumn<QString>("name");
-    QTest::addColumn<QStringList>("products");
-    QTest::addColumn<QString>("warning");
-
-    QTest::newRow("new name") << "campus" << QStringList({"basic", "pro", "campus"}) << QString();
-    QTest::newRow("own name") << "pro" << QStringList({"basic", "pro"})
-                              << "2 | Warning | Product 'pro' is already exist";
-    QTest::newRow("taken name") << "basic" << QStringList({"basic", "pro"})
-                                << "2 | Warning | Product 'basic' is already exist";
+    QTest::addColumn<bool>("refused");
+    QTest::addColumn<QStringList>("ids"); // afterwards; the feature list still searches "file_s" after a refusal
+    const QStringList all = {"a_copy", "file_open", "file_save", "mesh_cut"};
+    QTest::newRow("feature, new name") << "feature" << "a_copy" << false << all;
+    QTest::newRow("feature, own name") << "feature" << "file_save" << true << QStringList({"file_save"});
+    QTest::newRow("feature, taken name") << "feature" << "mesh_cut" << true << QStringList({"file_save"});
+    QTest::newRow("product, new name") << "product" << "campus" << false << QStringList({"basic", "pro", "campus"});
+    QTest::newRow("product, own name") << "product" << "pro" << true << QStringList({"basic", "pro"});
+    QTest::newRow("product, taken name") << "product" << "basic" << true << QStringList({"basic", "pro"});
 }
 
-void EditorFlowsTest::duplicateProduct()
+void EditorFlowsTest::duplicate()
 {
+    QFETCH(QString, kind);
     QFETCH(QString, name);
-    QFETCH(QStringList, products);
-    QFETCH(QString, warning);
+    QFETCH(bool, refused);
+    QFETCH(QStringList, ids);
 
-    auto *view = editor->find<QTableView>("mp_lst_products");
-    view->setCurrentIndex(view->model()->index(1, 1));
-    answers->Then(Answers::Enter(name));
-    if (!warning.isEmpty())
-        answers->Then(Answers::Press(QMessageBox::Ok));
-    editor->find<QPushButton>("mp_btn_duplicate_product")->click();
+    const bool feature = kind == "feature";
+    const int column = feature ? 0 : 1;
+    auto *view = feature ? features() : editor->find<QAbstractItemView>("mp_lst_products");
+    view->setCurrentIndex(view->model()->index(1, column));
+    const QString source = view->currentIndex().data().toString();
+    if (feature)
+        editor->find<QLineEdit>("mp_edt_search")->setText("file_s");
+    answers->Then(name);
+    if (refused)
+        answers->Then(QMessageBox::Ok);
+    editor->press(feature ? "mp_btn_duplicate" : "mp_btn_duplicate_product");
 
-    QCOMPARE(answers->log.value(0), QStringLiteral("input | Input new product name | pro"));
-    QCOMPARE(answers->log.value(1), warning);
-    QCOMPARE(Column(view->model(), 1), products);
-    if (warning.isEmpty()) {
-        QCOMPARE(view->currentIndex().row(), 2);
-        QCOMPARE(editor->find<QTableView>("mp_lst_feature_product")->currentIndex(),
-                 editor->find<QTableView>("mp_lst_feature_product")->model()->index(0, 0));
+    QStringList log = {QStringLiteral("input | Input new %1 name | %2").arg(kind, source)};
+    if (refused)
+        log << Warning.arg(feature ? "Feature" : "Product", name);
+    QCOMPARE(answers->log, log);
+    QCOMPARE(Column(view->model(), column), ids);
+    QCOMPARE(view->currentIndex().siblingAtColumn(column).data().toString(), refused ? source : name);
+    QCOMPARE(editor->text("mp_edt_search").isEmpty(), !feature || !refused);
+    if (!feature && !refused) {
+        auto *products = editor->find<QTableView>("mp_lst_feature_product");
+        QCOMPARE(products->currentIndex(), products->model()->index(0, 0));
         // The copy has every feature of its source.
         editor->trigger("mp_run_save");
-        QCOMPARE(Strings(Product(editor->written(), name)[QStringLiteral("features")]),
+        QCOMPARE(Strings(editor->saved("product", name)["features"]),
                  QStringList({"file_open", "file_save", "mesh_cut"}));
     }
 }
 
-void EditorFlowsTest::removeProductAsksFirst_data()
+void EditorFlowsTest::toggleByColumn_data()
 {
-    QTest::addColumn<int>("answer");
-    QTest::addColumn<QStringList>("products");
-    QTest::newRow("no") << int(QMessageBox::No) << QStringList({"basic", "pro"});
-    QTest::newRow("yes") << int(QMessageBox::Yes) << QStringList({"pro"});
+    QTest::addColumn<int>("page");
+    QTest::addColumn<QString>("view");
+    QTest::addColumn<int>("nameColumn");
+    QTest::addColumn<QString>("flips"); // per clicked column, the columns whose mark flips
+    QTest::newRow("feature products") << 0 << "mp_lst_feature_product" << 1 << "0 -";
+    QTest::newRow("feature layouts") << 0 << "mp_lst_feature_layout" << 2 << "0 1 -";
+    QTest::newRow("specific licenses") << 0 << "mp_lst_specific_license" << 1 << "0 - -";
+    QTest::newRow("extension products") << 1 << "mp_lst_ext_product" << 0 << "- 1 2 3 4 5 6 -";
+    QTest::newRow("extension layouts") << 1 << "mp_lst_ext_layout" << 0 << "- 1 2 3 4 5 6 -";
+    QTest::newRow("extension licenses") << 1 << "mp_lst_ext_licenses" << 0 << "- - 2 3";
 }
 
-void EditorFlowsTest::removeProductAsksFirst()
+void EditorFlowsTest::toggleByColumn()
 {
-    QFETCH(int, answer);
-    QFETCH(QStringList, products);
+    QFETCH(int, page);
+    QFETCH(QString, view);
+    QFETCH(int, nameColumn);
+    QFETCH(QString, flips);
 
-    answers->Then(Answers::Press(QMessageBox::StandardButton(answer)));
-    editor->find<QPushButton>("mp_btn_remove_product")->click();
-    QCOMPARE(answers->log, QStringList({"4 | Remove product | Are you sure? Product will be deleted without "
-                                        "possibility to revert changes"}));
-    QCOMPARE(Column(editor->find<QTableView>("mp_lst_products")->model(), 1), products);
+    editor->show(page);
+    auto *table = editor->find<QTableView>(qPrintable(view));
+    QAbstractItemModel *model = table->model();
+    // Tables sorted by their marks move the row; follow it by its name.
+    const QVariant name = model->index(0, nameColumn).data();
+    const auto marks = [&] {
+        const QModelIndex row = model->match(model->index(0, nameColumn), Qt::DisplayRole, name).value(0);
+        QStringList values = {QString::number(row.row())};
+        for (int column = 0; column < model->columnCount(); ++column)
+            values << row.siblingAtColumn(column).data(Qt::UserRole).toString();
+        return values;
+    };
+    QStringList flipped;
+    for (int column = 0; column < model->columnCount(); ++column) {
+        if (table->isColumnHidden(column))
+            continue;
+        const QStringList before = marks();
+        editor->click(qPrintable(view), before[0].toInt(), column);
+        const QStringList after = marks();
+        QStringList changed;
+        for (int i = 1; i < before.size(); ++i)
+            if (before[i] != after[i])
+                changed << QString::number(i - 1);
+        flipped << (changed.isEmpty() ? "-" : changed.join(','));
+    }
+    QCOMPARE(flipped.join(' '), flips);
+}
+
+void EditorFlowsTest::extensionsPageAddsAndRemovesAll()
+{
+    QCOMPARE(editor->state(ExtensionFields), "step|STEP|*.step|true|true|false|false");
+    // "pro" imports step; "basic" does not.
+    QCOMPARE(Column(editor->find<QTableView>("mp_lst_ext_product")->model(), 3, Qt::UserRole),
+             QStringList({"false", "true"}));
+    auto *list = editor->find<QListView>("mp_lst_extensions");
+    editor->press("mp_btn_add_new_extension");
+    QCOMPARE(Column(list->model()), QStringList({"extension", "step", "stl"}));
+    QCOMPARE(editor->state(ExtensionFields).left(22), "extension||.extension|");
+
+    for (int i = 0; i < 4; ++i) { // the last press has nothing to remove
+        list->setCurrentIndex(list->model()->index(0, 0));
+        editor->press("mp_btn_remove_extension");
+    }
+    QCOMPARE(list->model()->rowCount(), 0);
+    for (const QString &name : ExtensionFields)
+        QVERIFY2(!editor->find(qPrintable(name))->isEnabled(), qPrintable(name));
+    // The Features page's fields are the ones emptied.
+    QVERIFY(editor->state(FeatureFields).startsWith("||||"));
+    QVERIFY(editor->find("mp_edt_id")->isEnabled());
+
+    editor->trigger("mp_run_save");
+    QVERIFY(editor->written()["extensions"]["extension"].toArray().isEmpty());
+    QCOMPARE(Strings(editor->saved("product", "pro")["extensions"]["import"]), QStringList());
+}
+
+void EditorFlowsTest::questions_data()
+{
+    QTest::addColumn<QString>("action");
+    QTest::addColumn<int>("answer");
+    QTest::addColumn<QString>("state"); // products | title of the first feature
+    QTest::newRow("remove product, no") << "mp_btn_remove_product" << int(QMessageBox::No) << "basic,pro|Changed";
+    QTest::newRow("remove product, yes") << "mp_btn_remove_product" << int(QMessageBox::Yes) << "pro|Changed";
+    QTest::newRow("reload, no") << "mp_run_reload" << int(QMessageBox::No) << "basic,pro|Changed";
+    QTest::newRow("reload, yes") << "mp_run_reload" << int(QMessageBox::Yes) << "basic,pro|Open";
+}
+
+void EditorFlowsTest::questions()
+{
+    QFETCH(QString, action);
+    QFETCH(int, answer);
+    QFETCH(QString, state);
+
+    features()->model()->setData(features()->model()->index(0, 1), "Changed", Qt::EditRole);
+    answers->Then(answer);
+    const bool product = action.startsWith("mp_btn");
+    product ? editor->press(qPrintable(action)) : editor->trigger(qPrintable(action));
+    QCOMPARE(answers->log, QStringList(product ? "4 | Remove product | Are you sure? Product will be deleted "
+                                                 "without possibility to revert changes"
+                                               : "4 | Reload | You will lost all your changes, are you sure?"));
+    QCOMPARE(Column(editor->find<QTableView>("mp_lst_products")->model(), 1).join(',') + '|'
+                 + editor->text("mp_edt_title"),
+             state);
 }
 
 void EditorFlowsTest::licenseRefusals()
 {
     auto *licenses = editor->find<QTableView>("mp_lst_licenses");
     QCOMPARE(Column(licenses->model(), 2), QStringList({"Add-on", "Basic", "Professional"}));
-
-    // The display text, not the key, is what a new license is compared with.
-    answers->Then(Answers::Enter(QStringLiteral("Professional"))).Then(Answers::Press(QMessageBox::Ok));
-    editor->find<QPushButton>("mp_btn_add_licenses")->click();
-    // A cancelled dialog ends the flow.
-    answers->Then(Answers::Cancel());
-    editor->find<QPushButton>("mp_btn_add_licenses")->click();
-    // The catalogue table takes no new rows; the refusal is silent.
-    answers->Then(Answers::Enter(QStringLiteral("Enterprise")));
-    editor->find<QPushButton>("mp_btn_add_licenses")->click();
-
+    // The display text, not the key, is what a new license is compared with; a cancelled
+    // dialog ends the flow; the catalogue table takes no new rows, silently.
+    answers->Then("Professional").Then(QMessageBox::Ok).Then({}).Then("Enterprise");
+    for (int i = 0; i < 3; ++i)
+        editor->press("mp_btn_add_licenses");
     licenses->setCurrentIndex(licenses->model()->index(1, 1));
-    answers->Then(Answers::Press(QMessageBox::No));
-    editor->find<QPushButton>("mp_btn_remove_current_lic")->click();
-    answers->Then(Answers::Press(QMessageBox::Yes)).Then(Answers::Press(QMessageBox::Ok));
-    editor->find<QPushButton>("mp_btn_remove_current_lic")->click();
+    answers->Then(QMessageBox::No).Then(QMessageBox::Yes).Then(QMessageBox::Ok);
+    for (int i = 0; i < 2; ++i)
+        editor->press("mp_btn_remove_current_lic");
 
-    const QString ask = QStringLiteral(
-        "4 | Remove license | Are you sure? License will be deleted without possibility to revert changes");
-    QCOMPARE(answers->log,
-             QStringList({"input | Input new license | ", "2 | Warning | License 'Professional' is already exist",
-                          "input | Input new license | ", "input | Input new license | ", ask, ask,
-                          "3 | Remove license | This license is basic, you can't remove basic license"}));
+    const QString input = "input | Input new license | ",
+                  ask = "4 | Remove license | Are you sure? License will be deleted without possibility to "
+                        "revert changes";
+    QCOMPARE(answers->log, QStringList({input, Warning.arg("License", "Professional"), input, input, ask, ask,
+                                        "3 | Remove license | This license is basic, you can't remove basic license"}));
     QCOMPARE(Column(licenses->model(), 1), QStringList({"lic_addon", "lic_basic", "lic_pro"}));
-}
-
-void EditorFlowsTest::updateWithoutEditsBuildsNoTab()
-{
-    editor->find<QPushButton>("mp_btn_update")->click();
-    auto *tabs = editor->diffTabs();
-    QVERIFY(tabs);
-    QCOMPARE(tabs->count(), 0);
-    QVERIFY(!editor->find<QTreeView>("mp_tree_diff")->model());
-    QCOMPARE(answers->log, QStringList({"busy: Building Products diff ...", "busy: Building expert diff ...",
-                                        "busy: Building main diff ..."}));
 }
 
 void EditorFlowsTest::updateThenApplyRestoresLoadedValues_data()
@@ -559,146 +335,123 @@ void EditorFlowsTest::updateThenApplyRestoresLoadedValues()
     QFETCH(int, side);
     QFETCH(bool, inBasic);
 
-    editor->show();
-    editor->find<QTabWidget>("mp_widget_tab")->setCurrentIndex(0);
-    auto *list = editor->find<QListView>("mp_lst_features");
-    list->setCurrentIndex(list->model()->index(2, 0)); // mesh_cut
-    editor->click("mp_lst_feature_product", 0, 0);     // join "basic"
-    editor->click("mp_lst_feature_layout", 1, 0);      // join "main"
-    QAbstractItemModel *features = list->model();
-    features->setData(features->index(2, 1), QStringLiteral("Slice"), Qt::EditRole);
+    editor->show(0);
+    selectFeature(2);                              // mesh_cut
+    editor->click("mp_lst_feature_product", 0, 0); // joins "basic"
+    editor->click("mp_lst_feature_layout", 1, 0);  // joins "main"
+    features()->model()->setData(features()->model()->index(2, 1), "Slice", Qt::EditRole);
 
-    editor->find<QPushButton>("mp_btn_update")->click();
-    auto *tabs = editor->diffTabs();
-    QCOMPARE(TabTexts(tabs), QStringList({"Products", "main"}));
-    QVERIFY(!editor->find<QPushButton>("mp_btn_apply_patch")->isHidden());
-    auto *tree = editor->find<QTreeView>("mp_tree_diff");
-    QAbstractItemModel *diff = tree->model();
-    QCOMPARE(diff, tabs->tabData(0).value<QObject *>());
-
-    const QModelIndex joined = Find(diff, {"products", "product", "basic", "features", "mesh_cut"});
-    QVERIFY(joined.isValid());
-    QCOMPARE(joined.sibling(joined.row(), 1).data().toString(), QStringLiteral("No"));
-    QCOMPARE(joined.sibling(joined.row(), 2).data().toString(), QStringLiteral("Yes"));
-    QVERIFY(diff->setData(joined.sibling(joined.row(), side), Qt::Checked, Qt::CheckStateRole));
-
-    editor->find<QPushButton>("mp_btn_apply_patch")->click();
+    editor->press("mp_btn_update");
+    QCOMPARE(editor->diffTabs(), QStringList({"Products", "main"}));
+    QVERIFY(!editor->find("mp_btn_apply_patch")->isHidden());
+    QAbstractItemModel *diff = editor->find<QTreeView>("mp_tree_diff")->model();
+    QCOMPARE(diff, editor->diffBar()->tabData(0).value<QObject *>());
+    QModelIndex joined;
+    for (const char *key : {"products", "product", "basic", "features", "mesh_cut"})
+        joined = diff->match(diff->index(0, 0, joined), Qt::DisplayRole, key, 1, Qt::MatchExactly).value(0);
+    QCOMPARE(joined.siblingAtColumn(1).data().toString() + '/' + joined.siblingAtColumn(2).data().toString(), "No/Yes");
+    QVERIFY(diff->setData(joined.siblingAtColumn(side), Qt::Checked, Qt::CheckStateRole));
+    editor->press("mp_btn_apply_patch");
 
     // The title edit has no side to choose and takes the loaded value back; so does the layout.
     editor->trigger("mp_run_save");
-    const QJsonObject saved = editor->written();
-    QCOMPARE(Feature(saved, QStringLiteral("mesh_cut"))[QStringLiteral("title")].toString(), QStringLiteral("Cut"));
-    QCOMPARE(Strings(Product(saved, QStringLiteral("basic"))[QStringLiteral("features")]).contains("mesh_cut"),
-             inBasic);
-    const QJsonObject layouts = editor->written(QStringLiteral("defs/layouts/workspace.json"));
-    QCOMPARE(Strings(layouts[QStringLiteral("layouts")][QStringLiteral("main")][QStringLiteral("features")]),
+    QCOMPARE(editor->saved("feature", "mesh_cut")["title"], "Cut");
+    QCOMPARE(Strings(editor->saved("product", "basic")["features"]).contains("mesh_cut"), inBasic);
+    QCOMPARE(Strings(editor->written("defs/layouts/workspace.json")["layouts"]["main"]["features"]),
              QStringList({"file_open", "file_save"}));
 }
 
 void EditorFlowsTest::updateWithoutLayoutsKeepsButtonState()
 {
-    answers.reset();
-    editor = std::make_unique<EditorUnderTest>(false);
-    answers = std::make_unique<DialogAnswers>();
     auto *apply = editor->find<QPushButton>("mp_btn_apply_patch");
-    editor->show();
-    editor->find<QTabWidget>("mp_widget_tab")->setCurrentIndex(0);
+    editor->show(0);
     editor->click("mp_lst_feature_product", 0, 0);
-    editor->find<QTabWidget>("mp_widget_tab")->setCurrentIndex(3);
+    editor->setPage(3);
     apply->hide();
-    QAbstractItemModel *features = editor->find<QListView>("mp_lst_features")->model();
-    features->setData(features->index(0, 1), QStringLiteral("Open..."), Qt::EditRole);
+    features()->model()->setData(features()->model()->index(0, 1), "Open...", Qt::EditRole);
 
-    editor->find<QPushButton>("mp_btn_update")->click();
-    QCOMPARE(TabTexts(editor->diffTabs()), QStringList({"Products"}));
+    editor->press("mp_btn_update");
+    QCOMPARE(editor->diffTabs(), QStringList({"Products"}));
     QVERIFY(apply->isHidden());
     QVERIFY(!editor->find<QTreeView>("mp_tree_diff")->model());
-
     // Apply with the title's loaded side restores the loaded title.
     apply->click();
-    QCOMPARE(features->index(0, 1).data().toString(), QStringLiteral("Open"));
+    QCOMPARE(editor->text("mp_edt_title"), "Open");
 }
 
 void EditorFlowsTest::compareRebuildsTabsAndKeepsIndexTwo()
 {
+    editor->press("mp_btn_update");
+    QCOMPARE(editor->diffTabs(), QStringList());
+    QVERIFY(!editor->find<QTreeView>("mp_tree_diff")->model());
+    QCOMPARE(answers->log, Busy);
+
     auto *tabs = editor->find<QTabWidget>("mp_widget_tab");
-    answers->Then(Answers::Cancel());
+    answers->log.clear();
+    answers->Then({});
     editor->trigger("mp_run_compare");
     QCOMPARE(tabs->currentIndex(), 2);
     QCOMPARE(answers->log, QStringList({"dialog | Open left"}));
 
     // Take mesh_cut out of the "expert" layout, then compare twice.
-    editor->find<QListView>("mp_lst_features")->setCurrentIndex(
-        editor->find<QListView>("mp_lst_features")->model()->index(2, 0));
+    selectFeature(2);
     QAbstractItemModel *layouts = editor->find<QTableView>("mp_lst_feature_layout")->model();
     layouts->setData(layouts->index(0, 0), false, Qt::EditRole);
-    editor->find<QPushButton>("mp_btn_update")->click();
-    auto *bar = editor->diffTabs();
-    QCOMPARE(TabTexts(bar), QStringList({"expert"}));
-    QPointer<QObject> first = bar->tabData(0).value<QObject *>();
-
+    editor->press("mp_btn_update");
+    QPointer<QObject> first = editor->diffBar()->tabData(0).value<QObject *>();
     for (int round = 0; round < 2; ++round) {
         answers->log.clear();
-        answers->Then(Answers::ChooseFolder(QDir::tempPath())).Then(Answers::ChooseFolder(QDir::tempPath()));
+        answers->Then(QDir::tempPath()).Then(QDir::tempPath());
         editor->trigger("mp_run_compare");
-        QCOMPARE(answers->log, QStringList({"dialog | Open left", "dialog | Open right",
-                                            "busy: Building Products diff ...", "busy: Building expert diff ...",
-                                            "busy: Building main diff ..."}));
+        QCOMPARE(answers->log, QStringList({"dialog | Open left", "dialog | Open right"}) + Busy);
     }
     QVERIFY(first.isNull());
     // Compare does not regenerate: the tabs show the diffs of the last Update.
-    QCOMPARE(TabTexts(bar), QStringList({"expert"}));
-    QCOMPARE(editor->find<QTreeView>("mp_tree_diff")->model(), bar->tabData(0).value<QObject *>());
-    QVERIFY(!editor->find<QPushButton>("mp_btn_apply_patch")->isHidden());
+    QCOMPARE(editor->diffTabs(), QStringList({"expert"}));
+    QCOMPARE(editor->find<QTreeView>("mp_tree_diff")->model(), editor->diffBar()->tabData(0).value<QObject *>());
+    QVERIFY(!editor->find("mp_btn_apply_patch")->isHidden());
     QCOMPARE(tabs->currentIndex(), 2);
 }
 
 void EditorFlowsTest::compareProducts_data()
 {
     QTest::addColumn<bool>("cancelSecond");
-    QTest::addColumn<QString>("right");
-    QTest::newRow("both chosen") << false << "pro";
-    QTest::newRow("second cancelled") << true << "pro";
+    QTest::newRow("both chosen") << false;
+    QTest::newRow("second cancelled takes the first remaining") << true;
 }
 
 void EditorFlowsTest::compareProducts()
 {
     QFETCH(bool, cancelSecond);
-    QFETCH(QString, right);
 
     auto *tabs = editor->find<QTabWidget>("mp_widget_tab");
-    answers->Then(Answers::Cancel());
+    answers->Then({});
     editor->trigger("mp_run_compare_product");
     QCOMPARE(tabs->currentIndex(), 1);
-    QVERIFY(!editor->find<QPushButton>("mp_btn_apply_patch")->isHidden());
+    QVERIFY(!editor->find("mp_btn_apply_patch")->isHidden());
 
     answers->log.clear();
-    answers->Then(Answers::Enter(QStringLiteral("basic")));
-    answers->Then(cancelSecond ? Answers::Cancel() : Answers::Enter(right));
+    answers->Then("basic").Then(cancelSecond ? QVariant() : "pro");
     editor->trigger("mp_run_compare_product");
     QCOMPARE(answers->log, QStringList({"input | Please, select Left Product:  | basic",
                                         "input | Please, select Right Product:  | pro",
-                                        "busy: Building basic / " + right + " diff ..."}));
+                                        "busy: Building basic / pro diff ..."}));
     QCOMPARE(tabs->currentIndex(), 2);
-    QVERIFY(editor->find<QPushButton>("mp_btn_apply_patch")->isHidden());
+    QVERIFY(editor->find("mp_btn_apply_patch")->isHidden());
     // Two products never share an id, so the diff engine reports them as not comparable.
-    QCOMPARE(editor->diffTabs()->count(), 0);
+    QCOMPARE(editor->diffTabs(), QStringList());
 }
 
 void EditorFlowsTest::query_data()
 {
     QTest::addColumn<QStringList>("fields"); // id, title, products, layouts, licenses
     QTest::addColumn<QStringList>("ids");
-
-    QTest::newRow("all empty") << QStringList({"", "", "", "", ""})
-                               << QStringList({"file_open", "file_save", "mesh_cut"});
-    QTest::newRow("id substring") << QStringList({"FILE", "", "", "", ""})
-                                  << QStringList({"file_open", "file_save"});
+    const QStringList all = {"file_open", "file_save", "mesh_cut"}, files = {"file_open", "file_save"};
+    QTest::newRow("all empty") << QStringList({"", "", "", "", ""}) << all;
+    QTest::newRow("id substring") << QStringList({"FILE", "", "", "", ""}) << files;
     QTest::newRow("two titles never match") << QStringList({"", "Open,Save", "", "", ""}) << QStringList();
-    QTest::newRow("quoted product") << QStringList({"", "", "\"pro\"", "", ""})
-                                    << QStringList({"file_open", "file_save", "mesh_cut"});
-    QTest::newRow("two products") << QStringList({"", "", "basic,pro", "", ""})
-                                  << QStringList({"file_open", "file_save"});
+    QTest::newRow("quoted product") << QStringList({"", "", "\"pro\"", "", ""}) << all;
+    QTest::newRow("two products") << QStringList({"", "", "basic,pro", "", ""}) << files;
     QTest::newRow("layout") << QStringList({"", "", "", "expert", ""}) << QStringList({"mesh_cut"});
     QTest::newRow("license") << QStringList({"", "", "", "", "lic_addon"}) << QStringList({"file_save"});
 }
@@ -712,139 +465,92 @@ void EditorFlowsTest::query()
                            "mp_edt_filter_by_layout", "mp_edt_filter_by_license"};
     for (int i = 0; i < 5; ++i)
         editor->find<QLineEdit>(names[i])->setText(fields.at(i));
-    auto *table = editor->find<QTableView>("mp_tbl_query_result");
-    QCOMPARE(table->model()->rowCount(), 0);
-    editor->find<QPushButton>("mp_btn_apply_query")->click();
-    QStringList found = Column(table->model());
+    editor->find<QLineEdit>("mp_edt_search")->setText("open"); // does not narrow the query
+    QAbstractItemModel *model = editor->find<QTableView>("mp_tbl_query_result")->model();
+    QCOMPARE(model->rowCount(), 0);
+    editor->press("mp_btn_apply_query");
+    QStringList found = Column(model);
     found.sort();
     QCOMPARE(found, ids);
-    QCOMPARE(table->model()->columnCount(), 5);
+
+    // A double click opens the feature on the Features page.
+    if (!ids.isEmpty()) {
+        const QModelIndex row = model->match(model->index(0, 0), Qt::DisplayRole, ids.last()).value(0);
+        emit editor->find<QTableView>("mp_tbl_query_result")->doubleClicked(row.siblingAtColumn(1));
+        QCOMPARE(editor->find<QTabWidget>("mp_widget_tab")->currentIndex(), 0);
+        QCOMPARE(features()->currentIndex().data().toString() + '|' + editor->text("mp_edt_id"),
+                 ids.last() + '|' + ids.last());
+    }
 }
 
-void EditorFlowsTest::queryDoubleClickSelectsFeature()
-{
-    editor->find<QLineEdit>("mp_edt_search")->setText(QStringLiteral("open"));
-    editor->find<QPushButton>("mp_btn_apply_query")->click();
-    auto *table = editor->find<QTableView>("mp_tbl_query_result");
-    const QModelIndexList rows =
-        table->model()->match(table->model()->index(0, 0), Qt::DisplayRole, QStringLiteral("mesh_cut"));
-    QCOMPARE(rows.size(), 1);
-    emit table->doubleClicked(rows.first().sibling(rows.first().row(), 1));
-    QCOMPARE(editor->find<QTabWidget>("mp_widget_tab")->currentIndex(), 0);
-    QCOMPARE(editor->find<QListView>("mp_lst_features")->currentIndex().data().toString(),
-             QStringLiteral("mesh_cut"));
-    QCOMPARE(editor->find<QLineEdit>("mp_edt_id")->text(), QStringLiteral("mesh_cut"));
-}
-
-void EditorFlowsTest::copySelectedCells()
-{
-    editor->show();
-    editor->find<QTabWidget>("mp_widget_tab")->setCurrentIndex(4);
-    editor->find<QPushButton>("mp_btn_apply_query")->click();
-    auto *table = editor->find<QTableView>("mp_tbl_query_result");
-    QAbstractItemModel *model = table->model();
-    QItemSelectionModel *selection = table->selectionModel();
-    selection->clearSelection();
-    for (const QModelIndex &index : {model->index(2, 1), model->index(0, 1), model->index(2, 0), model->index(0, 0)})
-        selection->select(index, QItemSelectionModel::Select);
-    table->setFocus();
-    QTRY_VERIFY(table->hasFocus());
-
-    const QString expected = model->index(0, 0).data().toString() + '\t' + model->index(0, 1).data().toString()
-                             + '\n' + model->index(2, 0).data().toString() + '\t'
-                             + model->index(2, 1).data().toString();
-    QGuiApplication::clipboard()->clear();
-    QTest::keyClick(editor->window.get(), Qt::Key_C, Qt::ControlModifier);
-    QCOMPARE(QGuiApplication::clipboard()->text(), expected);
-
-    // Pressed in the table itself, the window's copy wins over the table's one-cell copy.
-    QGuiApplication::clipboard()->clear();
-    QTest::keyClick(table, Qt::Key_C, Qt::ControlModifier);
-    QCOMPARE(QGuiApplication::clipboard()->text(), expected);
-}
-
-void EditorFlowsTest::copyOnlyOnQueryPageWithControl_data()
+void EditorFlowsTest::copyFromQueryTable_data()
 {
     QTest::addColumn<int>("page");
     QTest::addColumn<int>("modifiers");
-    QTest::newRow("other page") << 0 << int(Qt::ControlModifier);
-    QTest::newRow("plain C") << 4 << int(Qt::NoModifier);
+    QTest::addColumn<bool>("toTable");
+    QTest::addColumn<bool>("copies");
+    QTest::newRow("to the window") << 4 << int(Qt::ControlModifier) << false << true;
+    // The window's copy wins over the table's one-cell copy.
+    QTest::newRow("to the table") << 4 << int(Qt::ControlModifier) << true << true;
+    QTest::newRow("other page") << 0 << int(Qt::ControlModifier) << false << false;
+    QTest::newRow("plain C") << 4 << int(Qt::NoModifier) << false << false;
 }
 
-void EditorFlowsTest::copyOnlyOnQueryPageWithControl()
+void EditorFlowsTest::copyFromQueryTable()
 {
     QFETCH(int, page);
     QFETCH(int, modifiers);
+    QFETCH(bool, toTable);
+    QFETCH(bool, copies);
 
-    editor->show();
-    editor->find<QPushButton>("mp_btn_apply_query")->click();
+    editor->show(4);
+    editor->press("mp_btn_apply_query");
     auto *table = editor->find<QTableView>("mp_tbl_query_result");
-    table->selectAll();
-    editor->find<QTabWidget>("mp_widget_tab")->setCurrentIndex(page);
-    QGuiApplication::clipboard()->setText(QStringLiteral("untouched"));
-    QTest::keyClick(editor->window.get(), Qt::Key_C, Qt::KeyboardModifiers(modifiers));
-    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("untouched"));
+    QAbstractItemModel *model = table->model();
+    table->selectionModel()->clearSelection();
+    for (const QModelIndex &index : {model->index(2, 1), model->index(0, 1), model->index(2, 0), model->index(0, 0)})
+        table->selectionModel()->select(index, QItemSelectionModel::Select);
+    table->setFocus();
+    QTRY_VERIFY(table->hasFocus());
+    editor->setPage(page);
+
+    const auto cell = [model](int row, int column) { return model->index(row, column).data().toString(); };
+    QGuiApplication::clipboard()->setText("untouched");
+    QTest::keyClick(toTable ? static_cast<QWidget *>(table) : editor->window.get(), Qt::Key_C,
+                    Qt::KeyboardModifiers(modifiers));
+    QCOMPARE(QGuiApplication::clipboard()->text(),
+             copies ? cell(0, 0) + '\t' + cell(0, 1) + '\n' + cell(2, 0) + '\t' + cell(2, 1) : "untouched");
 }
 
 void EditorFlowsTest::resultTreeWidensOnExpand()
 {
-    editor->show();
-    editor->find<QTabWidget>("mp_widget_tab")->setCurrentIndex(5);
+    editor->show(5);
     auto *tree = editor->find<QTreeView>("mp_tree_result");
     QCOMPARE(Column(tree->model()), QStringList({"extensions", "features", "products"}));
     tree->setColumnWidth(0, 5);
     tree->setColumnWidth(1, 5);
     tree->expand(tree->model()->index(1, 0));
-    QVERIFY(tree->columnWidth(0) > QFontMetrics(tree->font()).horizontalAdvance(QStringLiteral("extensions")));
+    QVERIFY(tree->columnWidth(0) > QFontMetrics(tree->font()).horizontalAdvance("extensions"));
     QVERIFY(tree->columnWidth(1) > 5);
-}
-
-void EditorFlowsTest::reloadAsksFirst_data()
-{
-    QTest::addColumn<int>("answer");
-    QTest::addColumn<QString>("title");
-    QTest::newRow("no keeps the edit") << int(QMessageBox::No) << "Changed";
-    QTest::newRow("yes drops it") << int(QMessageBox::Yes) << "Open";
-}
-
-void EditorFlowsTest::reloadAsksFirst()
-{
-    QFETCH(int, answer);
-    QFETCH(QString, title);
-
-    QAbstractItemModel *features = editor->find<QListView>("mp_lst_features")->model();
-    features->setData(features->index(0, 1), QStringLiteral("Changed"), Qt::EditRole);
-    answers->Then(Answers::Press(QMessageBox::StandardButton(answer)));
-    editor->trigger("mp_run_reload");
-    QCOMPARE(answers->log, QStringList({"4 | Reload | You will lost all your changes, are you sure?"}));
-    QCOMPARE(features->index(0, 1).data().toString(), title);
-    QCOMPARE(editor->find<QLineEdit>("mp_edt_title")->text(), title);
 }
 
 void EditorFlowsTest::loadAndSaveAs()
 {
-    QByteArray other = CanonicalProducts();
-    other.replace("\"mesh_cut\"", "\"mesh_split\"");
-    editor->folder.addFile(QStringLiteral("other/products/products.json"), other);
-    editor->folder.addFolder(QStringLiteral("out"));
-
-    answers->Then(Answers::Cancel());
+    MemoryFolder &folder = editor->folder;
+    folder.addFile("other/products/products.json", CanonicalProducts().replace("\"mesh_cut\"", "\"mesh_split\""));
+    folder.addFolder("out");
+    answers->Then({}).Then(folder.path("other")).Then({}).Then(folder.path("out"));
     editor->trigger("mp_run_load");
-    answers->Then(Answers::ChooseFolder(editor->folder.path(QStringLiteral("other"))));
     editor->trigger("mp_run_load");
     // Layouts read before stay loaded, and name mesh_cut.
-    QCOMPARE(Column(editor->find<QListView>("mp_lst_features")->model()),
-             QStringList({"file_open", "file_save", "mesh_cut", "mesh_split"}));
-
-    answers->Then(Answers::Cancel());
+    QCOMPARE(Column(features()->model()), QStringList({"file_open", "file_save", "mesh_cut", "mesh_split"}));
     editor->trigger("mp_run_save_as");
-    QVERIFY(editor->folder.written.isEmpty());
-    answers->Then(Answers::ChooseFolder(editor->folder.path(QStringLiteral("out"))));
+    QVERIFY(folder.written.isEmpty());
     editor->trigger("mp_run_save_as");
     QCOMPARE(answers->log, QStringList({"dialog | Open", "dialog | Open", "dialog | Save as", "dialog | Save as"}));
-    QVERIFY(Feature(editor->written(QStringLiteral("out/products/products.json")), QStringLiteral("mesh_split"))
-                .contains(QStringLiteral("title")));
-    QVERIFY(editor->folder.written.contains(editor->folder.path(QStringLiteral("out/layouts/workspace.json"))));
+    QVERIFY(editor->written("out/products/products.json")["features"]["feature"].toArray().contains(
+        QJsonObject({{"id", "mesh_split"}, {"title", "Cut"}, {"emergency", true}, {"visual", false}})));
+    QVERIFY(folder.written.contains(folder.path("out/layouts/workspace.json")));
 }
 
 QTEST_MAIN(EditorFlowsTest)
