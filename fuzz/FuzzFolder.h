@@ -73,8 +73,10 @@ inline void CheckSaveIsFixedPoint(ProductEditor::VantixJsonData &store, const QL
     // Two flaws of Qt's JSON round trip, not of the store, would break the
     // fixed point: see KeysInOrder and HasStringStartingWithBom.
     bool roundTrips = true;
-    for (const QByteArray &document : served)
-        roundTrips = roundTrips && KeysInOrder(QJsonDocument::fromJson(document).object());
+    for (const QByteArray &document : served) {
+        roundTrips = roundTrips && KeysInOrder(QJsonDocument::fromJson(document).object())
+            && !HasStringStartingWithBom(document);
+    }
     for (const QByteArray &written : firstGeneration)
         roundTrips = roundTrips && !HasStringStartingWithBom(written);
     if (!roundTrips)

@@ -67,7 +67,8 @@ inline bool KeysInOrder(const QJsonValue &value)
 
 // Whether serialised JSON holds a string that starts with U+FEFF. The writer
 // puts the character out as raw UTF-8 and the parser drops it from the start
-// of a string, so such a string does not survive the next parse.
+// of a string, so such a string does not survive the next parse; as a key it
+// is also looked up by the bytes it was read with, so reads of that key miss.
 inline bool HasStringStartingWithBom(const QByteArray &json)
 {
     return json.contains("\"\xEF\xBB\xBF");
