@@ -984,7 +984,8 @@ private slots:
         if (withIcon)
             model.setData(model.index(0, 0), CheckMarkIcon(true), Qt::DecorationRole);
         QTableView view;
-        ExposedDelegate delegate;
+        ExposedDelegate delegate(&view);
+        QCOMPARE(delegate.parent(), nullptr); // the parent argument does not take ownership
         QStyleOptionViewItem option;
         if (withWidget) {
             option.initFrom(&view);
@@ -997,16 +998,6 @@ private slots:
         QCOMPARE(option.decorationPosition, QStyleOptionViewItem::Top);
         QCOMPARE(option.decorationAlignment, Qt::Alignment(Qt::AlignCenter));
         QCOMPARE(option.features.testFlag(QStyleOptionViewItem::HasDecoration), withIcon);
-    }
-
-    void parentDoesNotOwnTheDelegate()
-    {
-        auto parent = std::make_unique<QObject>();
-        QPointer<IconDelegate> delegate = new IconDelegate(parent.get());
-        QCOMPARE(delegate->parent(), nullptr);
-        parent.reset();
-        QVERIFY(!delegate.isNull());
-        delete delegate.data();
     }
 
     // --- rows of a map: whatever happened to it, a cursor answers what counting from the first would
