@@ -76,6 +76,18 @@ VantixFeaturesDiffModel *DiffModelOf(const QTabBar *tabBar, int index)
     return qobject_cast<VantixFeaturesDiffModel *>(tabBar->tabData(index).value<QObject *>());
 }
 
+// Confirmations offer Yes and No with no default button.
+QMessageBox::StandardButton Ask(QWidget *parent, const QString &title, const QString &text)
+{
+    return QMessageBox::question(parent, title, text, QMessageBox::Yes | QMessageBox::No, QMessageBox::NoButton);
+}
+
+void WarnAlreadyExists(QWidget *parent, const QString &kind, const QString &name)
+{
+    QMessageBox::warning(parent, QStringLiteral("Warning"),
+                         kind + QStringLiteral(" '") + name + QStringLiteral("' is already exist"), QMessageBox::Ok);
+}
+
 } // namespace
 
 VantixJSONEditor::VantixJSONEditor(const QString &path,
@@ -140,9 +152,9 @@ QString VantixJSONEditor::_AskFolder(const QString &caption)
 
 void VantixJSONEditor::_Reload()
 {
-    const auto answer = QMessageBox::question(
-        this, QStringLiteral("Reload"), QStringLiteral("You will lost all your changes, are you sure?"),
-        QMessageBox::Yes | QMessageBox::No, QMessageBox::NoButton);
+    const auto answer =
+        Ask(this, QStringLiteral("Reload"),
+            QStringLiteral("You will lost all your changes, are you sure?"));
     if (answer == QMessageBox::Yes)
         d->model.GetData().Reload();
 }
@@ -420,9 +432,7 @@ void VantixJSONEditor::_DuplicateFeature()
         view->scrollTo(index);
         return;
     }
-    QMessageBox::warning(this, QStringLiteral("Warning"),
-                         QStringLiteral("Feature '") + newName + QStringLiteral("' is already exist"),
-                         QMessageBox::Ok);
+    WarnAlreadyExists(this, QStringLiteral("Feature"), newName);
 }
 
 void VantixJSONEditor::_InitProductsTab()
@@ -500,17 +510,14 @@ void VantixJSONEditor::_DuplicateProduct()
                                                            SelectCurrentRow);
         return;
     }
-    QMessageBox::warning(this, QStringLiteral("Warning"),
-                         QStringLiteral("Product '") + newName + QStringLiteral("' is already exist"),
-                         QMessageBox::Ok);
+    WarnAlreadyExists(this, QStringLiteral("Product"), newName);
 }
 
 void VantixJSONEditor::_RemoveProduct()
 {
-    const auto answer = QMessageBox::question(
-        this, QStringLiteral("Remove product"),
-        QStringLiteral("Are you sure? Product will be deleted without possibility to revert changes"),
-        QMessageBox::Yes | QMessageBox::No, QMessageBox::NoButton);
+    const auto answer =
+        Ask(this, QStringLiteral("Remove product"),
+            QStringLiteral("Are you sure? Product will be deleted without possibility to revert changes"));
     if (answer == QMessageBox::No)
         return;
     const QModelIndex current = d->ui.mp_lst_products->currentIndex();
@@ -536,17 +543,14 @@ void VantixJSONEditor::_AddLicense()
             licenses->setData(licenses->index(licenses->rowCount() - 1, 1), name, Qt::EditRole);
         return;
     }
-    QMessageBox::warning(this, QStringLiteral("Warning"),
-                         QStringLiteral("License '") + name + QStringLiteral("' is already exist"),
-                         QMessageBox::Ok);
+    WarnAlreadyExists(this, QStringLiteral("License"), name);
 }
 
 void VantixJSONEditor::_RemoveLicense()
 {
-    const auto answer = QMessageBox::question(
-        this, QStringLiteral("Remove license"),
-        QStringLiteral("Are you sure? License will be deleted without possibility to revert changes"),
-        QMessageBox::Yes | QMessageBox::No, QMessageBox::NoButton);
+    const auto answer =
+        Ask(this, QStringLiteral("Remove license"),
+            QStringLiteral("Are you sure? License will be deleted without possibility to revert changes"));
     if (answer == QMessageBox::No)
         return;
 
