@@ -82,6 +82,27 @@ QMessageBox::StandardButton Ask(QWidget *parent, const QString &title, const QSt
     return QMessageBox::question(parent, title, text, QMessageBox::Yes | QMessageBox::No, QMessageBox::NoButton);
 }
 
+// Enables a page's fields for a valid current row and moves the page's mappers
+// (children of its list) there. Without a current row both pages empty the
+// Features page's text fields, a long-standing behaviour of the Extensions page.
+void FollowCurrentRow(Ui::VantixJSONEditorClass &ui, QAbstractItemView *list, const QList<QWidget *> &fields,
+                      const QModelIndex &current)
+{
+    const bool valid = current.isValid();
+    for (QWidget *field : fields)
+        field->setEnabled(valid);
+    if (valid) {
+        const auto mappers = list->findChildren<QDataWidgetMapper *>(QString(), Qt::FindDirectChildrenOnly);
+        for (QDataWidgetMapper *mapper : mappers)
+            mapper->setCurrentIndex(current.row());
+        return;
+    }
+    ui.mp_edt_id->setText(QString());
+    ui.mp_edt_tooltip->setText(QString());
+    ui.mp_edt_statustip->setText(QString());
+    ui.mp_edt_title->setText(QString());
+}
+
 void WarnAlreadyExists(QWidget *parent, const QString &kind, const QString &name)
 {
     QMessageBox::warning(parent, QStringLiteral("Warning"),
@@ -370,22 +391,10 @@ void VantixJSONEditor::_InitFeatureTab()
 void VantixJSONEditor::_FeatureChanged(const QModelIndex &current)
 {
     Ui::VantixJSONEditorClass &ui = d->ui;
-    const bool valid = current.isValid();
-    const QList<QWidget *> fields = {ui.mp_edt_id,         ui.mp_edt_tooltip,   ui.mp_edt_statustip,
-                                     ui.mp_edt_title,      ui.mp_chk_emergency, ui.mp_chk_visible};
-    for (QWidget *field : fields)
-        field->setEnabled(valid);
-    if (valid) {
-        const auto mappers =
-            ui.mp_lst_features->findChildren<QDataWidgetMapper *>(QString(), Qt::FindDirectChildrenOnly);
-        for (QDataWidgetMapper *mapper : mappers)
-            mapper->setCurrentIndex(current.row());
-    } else {
-        ui.mp_edt_id->setText(QString());
-        ui.mp_edt_tooltip->setText(QString());
-        ui.mp_edt_statustip->setText(QString());
-        ui.mp_edt_title->setText(QString());
-    }
+    FollowCurrentRow(ui, ui.mp_lst_features,
+                     {ui.mp_edt_id, ui.mp_edt_tooltip, ui.mp_edt_statustip, ui.mp_edt_title, ui.mp_chk_emergency,
+                      ui.mp_chk_visible},
+                     current);
 
     d->model.SelectFeature(current.data().toString());
     QAbstractItemModel *featureProducts = d->model.GetFeatureProductsModel();
@@ -839,28 +848,10 @@ void VantixJSONEditor::_InitExtensionTab()
 void VantixJSONEditor::_ExtensionChanged(const QModelIndex &current)
 {
     Ui::VantixJSONEditorClass &ui = d->ui;
-    const bool valid = current.isValid();
-    const QList<QWidget *> fields = {ui.mp_edt_ext_id,
-                                     ui.mp_edt_ext_title,
-                                     ui.mp_edt_ext_name,
-                                     ui.mp_chk_ext_cad_support,
-                                     ui.mp_chk_ext_multiple_parts_support,
-                                     ui.mp_chk_ext_slice_support,
-                                     ui.mp_chk_ext_load_as_part};
-    for (QWidget *field : fields)
-        field->setEnabled(valid);
-    if (valid) {
-        const auto mappers =
-            ui.mp_lst_extensions->findChildren<QDataWidgetMapper *>(QString(), Qt::FindDirectChildrenOnly);
-        for (QDataWidgetMapper *mapper : mappers)
-            mapper->setCurrentIndex(current.row());
-    } else {
-        // These are the Features page's fields; emptying them here is long-standing behaviour.
-        ui.mp_edt_id->setText(QString());
-        ui.mp_edt_tooltip->setText(QString());
-        ui.mp_edt_statustip->setText(QString());
-        ui.mp_edt_title->setText(QString());
-    }
+    FollowCurrentRow(ui, ui.mp_lst_extensions,
+                     {ui.mp_edt_ext_id, ui.mp_edt_ext_title, ui.mp_edt_ext_name, ui.mp_chk_ext_cad_support,
+                      ui.mp_chk_ext_multiple_parts_support, ui.mp_chk_ext_slice_support, ui.mp_chk_ext_load_as_part},
+                     current);
     d->model.SelectExtension(current.data().toString());
 }
 
