@@ -12,24 +12,6 @@ namespace {
 
 enum { FeatureColumn, ProductColumn, NameColumn };
 
-ProductData *FindProduct(VantixJsonData &data, const QString &id)
-{
-    for (ProductData &product : data.GetProducts().products) {
-        if (product.id == id)
-            return &product;
-    }
-    return nullptr;
-}
-
-const ProductData *FindProductToRead(VantixJsonData &data, const QString &id)
-{
-    for (const ProductData &product : std::as_const(data.GetProducts().products)) {
-        if (product.id == id)
-            return &product;
-    }
-    return nullptr;
-}
-
 bool IsCheckRole(int role)
 {
     return role == Qt::DecorationRole || role == Qt::UserRole;
@@ -69,13 +51,13 @@ QVariant ProductLayoutsModel::data(const QModelIndex &index, int role) const
     }
     case ProductColumn:
         if (IsCheckRole(role)) {
-            const ProductData *product = FindProductToRead(m_data, m_currentProduct);
+            const ProductData *product = std::as_const(m_data.GetProducts()).Find(m_currentProduct);
             return product ? CheckMarkData(product->modes.contains(name), role) : QVariant();
         }
         break;
     case NameColumn:
         if (role == Qt::ForegroundRole) {
-            const ProductData *product = FindProductToRead(m_data, m_currentProduct);
+            const ProductData *product = std::as_const(m_data.GetProducts()).Find(m_currentProduct);
             if (!product)
                 return QVariant();
             return QColor(product->modes.contains(name) ? Qt::black : Qt::gray);
@@ -97,7 +79,7 @@ bool ProductLayoutsModel::setData(const QModelIndex &index, const QVariant &valu
     if (index.column() == FeatureColumn) {
         set = &m_data.GetFeatures()[m_currentFeature].layoutNames;
     } else if (index.column() == ProductColumn) {
-        ProductData *product = FindProduct(m_data, m_currentProduct);
+        ProductData *product = m_data.GetProducts().Find(m_currentProduct);
         if (!product)
             return false;
         set = &product->modes;

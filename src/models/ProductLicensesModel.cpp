@@ -12,24 +12,6 @@ namespace {
 
 enum { CheckColumn, NameColumn, TextColumn };
 
-ProductData *FindProduct(VantixJsonData &data, const QString &id)
-{
-    for (ProductData &product : data.GetProducts().products) {
-        if (product.id == id)
-            return &product;
-    }
-    return nullptr;
-}
-
-const ProductData *FindProductToRead(VantixJsonData &data, const QString &id)
-{
-    for (const ProductData &product : std::as_const(data.GetProducts().products)) {
-        if (product.id == id)
-            return &product;
-    }
-    return nullptr;
-}
-
 } // namespace
 
 ProductLicensesModel::ProductLicensesModel(VantixJsonData &data, QObject *parent)
@@ -45,7 +27,7 @@ QVariant ProductLicensesModel::data(const QModelIndex &index, int role) const
         return QVariant();
     const QModelIndex source = mapToSource(index);
     const QString name = source.sibling(source.row(), NameColumn).data(Qt::DisplayRole).toString();
-    const ProductData *product = FindProductToRead(m_data, m_currentProduct);
+    const ProductData *product = std::as_const(m_data.GetProducts()).Find(m_currentProduct);
     if (!product)
         return QVariant();
     const auto entry = product->specificLicenses.constFind(m_currentFeature);
@@ -65,7 +47,7 @@ bool ProductLicensesModel::setData(const QModelIndex &index, const QVariant &val
     const QModelIndex source = mapToSource(index);
     if (!source.isValid())
         return false;
-    ProductData *product = FindProduct(m_data, m_currentProduct);
+    ProductData *product = m_data.GetProducts().Find(m_currentProduct);
     if (!product)
         return false;
     const QString name = source.sibling(source.row(), NameColumn).data(Qt::DisplayRole).toString();

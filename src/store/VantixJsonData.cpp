@@ -119,7 +119,9 @@ bool VantixJsonData::Init(const QString &path)
 bool VantixJsonData::Load(const QString &path)
 {
     const QDir root(path);
-    const QString productsPath = QDir(root.filePath(kProducts)).filePath(kProductsJson);
+    // Without a "products" sub-folder the document is looked up in the folder itself.
+    const QDir productsDir(root.filePath(kProducts));
+    const QString productsPath = (productsDir.exists() ? productsDir : root).filePath(kProductsJson);
     const QJsonObject productsObject = ParseObject(reader ? reader(productsPath) : QByteArray());
     if (productsObject.isEmpty())
         return false;
@@ -412,13 +414,27 @@ bool VantixJsonData::SaveAs(const QString &path)
     return true;
 }
 
-ProductData *VantixJsonData::_FindProduct(const QString &id)
+ProductData *VantixProducts::Find(const QString &id)
 {
-    for (ProductData &product : products.products) {
+    for (ProductData &product : products) {
         if (product.id == id)
             return &product;
     }
     return nullptr;
+}
+
+const ProductData *VantixProducts::Find(const QString &id) const
+{
+    for (const ProductData &product : products) {
+        if (product.id == id)
+            return &product;
+    }
+    return nullptr;
+}
+
+ProductData *VantixJsonData::_FindProduct(const QString &id)
+{
+    return products.Find(id);
 }
 
 bool VantixJsonData::DuplicateFeatureFrom(const QString &sourceId, const QString &newId)

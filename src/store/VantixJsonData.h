@@ -74,6 +74,10 @@ struct ProductData
 struct VantixProducts
 {
     QVector<ProductData> products;
+
+    // The first product with the id, or null. The const form reads without detaching.
+    ProductData *Find(const QString &id);
+    const ProductData *Find(const QString &id) const;
 };
 
 // The definition store: the documents of one definition folder, as read and

@@ -126,6 +126,7 @@ private slots:
     void deepNestingOnPoolThread();
     void cells_data();
     void cells();
+    void sideColumnsAskTheirOwnFlagFirst();
     void tickingNotifiesTopLevelRow();
     void headersAndNavigation();
 };
@@ -351,6 +352,17 @@ void DiffEngineTest::cells()
                      Obj(R"({"a":2,"r":"x","s":[{"id":"a","v":2},{"id":"c"}]})"));
     model.setEditableMode(editable);
     QCOMPARE(Cells(Find(model, path)), cells);
+}
+
+void DiffEngineTest::sideColumnsAskTheirOwnFlagFirst()
+{
+    // The engine never sets both one-side flags; the model still answers per column.
+    VantixFeaturesDiffModel model;
+    model.Regenerate(Obj(R"({"l":1})"), Obj("{}"));
+    QJsonTreeItem *node = model.GetRoot()->child(0);
+    static_cast<QJsonDiffTreeItem *>(node)->setDiffType(QJsonDiffTreeItem::LeftOnly | QJsonDiffTreeItem::RightOnly);
+    QCOMPARE(model.index(0, 1).data().toString(), QStringLiteral("Yes"));
+    QCOMPARE(model.index(0, 2).data().toString(), QStringLiteral("Yes"));
 }
 
 void DiffEngineTest::tickingNotifiesTopLevelRow()

@@ -82,6 +82,7 @@ private slots:
 
     void refusesFolders_data();
     void refusesFolders();
+    void loadWithoutProductsFolderLooksInTheFolderItself();
     void loadsRecordsWithDefaults();
     void unreadableLayoutFilesAreSkipped();
     void reloadMergesExtensionsAndGrowsLayoutFiles();
@@ -163,6 +164,16 @@ void VantixJsonDataTest::refusesFolders()
 
     VantixJsonData missing(folder.path("nowhere"), folder.reader(), folder.writer(), {});
     QVERIFY(missing.GetProductsOriginalJson().isEmpty());
+}
+
+void VantixJsonDataTest::loadWithoutProductsFolderLooksInTheFolderItself()
+{
+    MemoryFolder folder;
+    folder.addFile("products.json", Json(R"({"features": {"feature": [{"id": "f"}]}})"));
+    VantixJsonData store(folder.root(), folder.reader(), folder.writer(), {});
+    QVERIFY(store.GetFeatures().isEmpty()); // Init still asks for the "products" folder
+    QVERIFY(store.Load(folder.root()));
+    QCOMPARE(store.GetFeatures().keys(), QStringList{"f"});
 }
 
 void VantixJsonDataTest::loadsRecordsWithDefaults()
