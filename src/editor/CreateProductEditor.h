@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ProductEditorExport.h"
+#include "store/VantixJsonData.h"
 
 #include <QByteArray>
 #include <QMap>
@@ -21,5 +22,13 @@ PRODUCT_EDITOR_EXPORT QMainWindow *
 CreateProductEditor(const QString &path, const std::function<QByteArray(const QString &)> &reader,
                     const std::function<bool(const QString &, const QByteArray &)> &writer,
                     const QMap<QString, QString> &map, QWidget *parent = nullptr);
+
+// The same window, with the license catalogue made by `catalogue` from the store right
+// after it loaded (or failed to load) the folder, before any model reads it. A host
+// that derives its catalogue from the definitions thus reads each file once.
+PRODUCT_EDITOR_EXPORT QMainWindow *
+CreateProductEditorWithCatalogue(const QString &path, const std::function<QByteArray(const QString &)> &reader,
+                                 const std::function<bool(const QString &, const QByteArray &)> &writer,
+                                 const LicenseCatalogueFactory &catalogue, QWidget *parent = nullptr);
 
 } // namespace ProductEditor

@@ -22,6 +22,21 @@ struct EditorPrivate
     {
     }
 
+    // The catalogue is made from the loaded store before any model reads it.
+    EditorPrivate(const QString &path, const Reader &reader, const Writer &writer,
+                  const LicenseCatalogueFactory &catalogue)
+        : data(path, reader, writer, {})
+        , model(WithCatalogue(data, catalogue))
+    {
+    }
+
+    static VantixJsonData &WithCatalogue(VantixJsonData &data, const LicenseCatalogueFactory &catalogue)
+    {
+        if (catalogue)
+            data.GetLicenses() = catalogue(data);
+        return data;
+    }
+
     VantixJsonData data;
     Ui::VantixJSONEditorClass ui;
     Model model;

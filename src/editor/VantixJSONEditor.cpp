@@ -118,6 +118,21 @@ VantixJSONEditor::VantixJSONEditor(const QString &path,
     : QMainWindow(parent)
     , d(std::make_unique<EditorPrivate>(path, reader, writer, map))
 {
+    _Build();
+}
+
+VantixJSONEditor::VantixJSONEditor(const QString &path,
+                                   const std::function<QByteArray(const QString &)> &reader,
+                                   const std::function<bool(const QString &, const QByteArray &)> &writer,
+                                   const LicenseCatalogueFactory &catalogue, QWidget *parent)
+    : QMainWindow(parent)
+    , d(std::make_unique<EditorPrivate>(path, reader, writer, catalogue))
+{
+    _Build();
+}
+
+void VantixJSONEditor::_Build()
+{
     d->ui.setupUi(this);
     _InitMenu();
     _InitFeatureTab();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ProductEditorExport.h"
+#include "store/VantixJsonData.h"
 
 #include <QByteArray>
 #include <QMainWindow>
@@ -29,12 +30,17 @@ public:
     VantixJSONEditor(const QString &path, const std::function<QByteArray(const QString &)> &reader,
                      const std::function<bool(const QString &, const QByteArray &)> &writer,
                      const QMap<QString, QString> &map, QWidget *parent = nullptr);
+    // The same window, with a license catalogue made from the loaded definitions.
+    VantixJSONEditor(const QString &path, const std::function<QByteArray(const QString &)> &reader,
+                     const std::function<bool(const QString &, const QByteArray &)> &writer,
+                     const LicenseCatalogueFactory &catalogue, QWidget *parent = nullptr);
     ~VantixJSONEditor() override;
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void _Build();
     void _InitMenu();
     void _InitFeatureTab();
     void _InitProductsTab();

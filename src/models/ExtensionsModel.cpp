@@ -9,27 +9,16 @@ namespace ProductEditor {
 
 namespace {
 
-enum Column {
-    IdColumn,
-    TitleColumn,
-    ExtColumn,
-    CadColumn,
-    MultiplePartsColumn,
-    SlicesColumn,
-    LoadAsPartColumn,
-    ColumnCount
-};
-
 const QMap<int, QString> &HeaderTable()
 {
     static const QMap<int, QString> table = {
-        {IdColumn, QStringLiteral("Id")},
-        {TitleColumn, QStringLiteral("Title")},
-        {ExtColumn, QStringLiteral("Extension")},
-        {CadColumn, QStringLiteral("Cad support")},
-        {MultiplePartsColumn, QStringLiteral("Multiple parts support")},
-        {SlicesColumn, QStringLiteral("Slices support")},
-        {LoadAsPartColumn, QStringLiteral("Load as part")},
+        {ExtensionsModel::IdColumn, QStringLiteral("Id")},
+        {ExtensionsModel::TitleColumn, QStringLiteral("Title")},
+        {ExtensionsModel::ExtColumn, QStringLiteral("Extension")},
+        {ExtensionsModel::CadColumn, QStringLiteral("Cad support")},
+        {ExtensionsModel::MultiplePartsColumn, QStringLiteral("Multiple parts support")},
+        {ExtensionsModel::SlicesColumn, QStringLiteral("Slices support")},
+        {ExtensionsModel::LoadAsPartColumn, QStringLiteral("Load as part")},
     };
     return table;
 }
@@ -43,13 +32,13 @@ const QString &NewExtensionId()
 bool *Flag(ExtensionInfo &info, int column)
 {
     switch (column) {
-    case CadColumn:
+    case ExtensionsModel::CadColumn:
         return &info.cad_support;
-    case MultiplePartsColumn:
+    case ExtensionsModel::MultiplePartsColumn:
         return &info.multiple_parts_support;
-    case SlicesColumn:
+    case ExtensionsModel::SlicesColumn:
         return &info.slices_support;
-    case LoadAsPartColumn:
+    case ExtensionsModel::LoadAsPartColumn:
         return &info.load_as_part;
     default:
         return nullptr;

@@ -14,6 +14,18 @@ class PRODUCT_EDITOR_EXPORT ExtensionsModel : public QAbstractTableModel
     Q_OBJECT
 
 public:
+    // The table's columns; views and proxies address them by these names.
+    enum Column {
+        IdColumn,
+        TitleColumn,
+        ExtColumn,
+        CadColumn,
+        MultiplePartsColumn,
+        SlicesColumn,
+        LoadAsPartColumn,
+        ColumnCount
+    };
+
     explicit ExtensionsModel(VantixJsonData &data, QObject *parent = nullptr);
     ~ExtensionsModel() override;
 

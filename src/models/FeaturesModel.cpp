@@ -9,32 +9,19 @@ namespace ProductEditor {
 
 namespace {
 
-enum Column {
-    IdColumn,
-    TitleColumn,
-    TooltipColumn,
-    StatustipColumn,
-    VisibleColumn,
-    EmergencyColumn,
-    ProductsColumn,
-    LayoutsColumn,
-    LicensesColumn,
-    ColumnCount
-};
-
 // Looked up with insertion, so a section out of range gains an empty text.
 QMap<int, QString> &HeaderTable()
 {
     static QMap<int, QString> table = {
-        {IdColumn, QStringLiteral("Id")},
-        {TitleColumn, QStringLiteral("Title")},
-        {TooltipColumn, QStringLiteral("Tooltip")},
-        {StatustipColumn, QStringLiteral("Statustip")},
-        {VisibleColumn, QStringLiteral("Visible")},
-        {EmergencyColumn, QStringLiteral("Emergrncy")},
-        {ProductsColumn, QStringLiteral("Products")},
-        {LayoutsColumn, QStringLiteral("Layouts")},
-        {LicensesColumn, QStringLiteral("Licenses")},
+        {FeaturesModel::IdColumn, QStringLiteral("Id")},
+        {FeaturesModel::TitleColumn, QStringLiteral("Title")},
+        {FeaturesModel::TooltipColumn, QStringLiteral("Tooltip")},
+        {FeaturesModel::StatustipColumn, QStringLiteral("Statustip")},
+        {FeaturesModel::VisibleColumn, QStringLiteral("Visible")},
+        {FeaturesModel::EmergencyColumn, QStringLiteral("Emergrncy")},
+        {FeaturesModel::ProductsColumn, QStringLiteral("Products")},
+        {FeaturesModel::LayoutsColumn, QStringLiteral("Layouts")},
+        {FeaturesModel::LicensesColumn, QStringLiteral("Licenses")},
     };
     return table;
 }

@@ -15,6 +15,20 @@ class PRODUCT_EDITOR_EXPORT FeaturesModel : public QAbstractTableModel
     Q_OBJECT
 
 public:
+    // The table's columns; views and proxies address them by these names.
+    enum Column {
+        IdColumn,
+        TitleColumn,
+        TooltipColumn,
+        StatustipColumn,
+        VisibleColumn,
+        EmergencyColumn,
+        ProductsColumn,
+        LayoutsColumn,
+        LicensesColumn,
+        ColumnCount
+    };
+
     explicit FeaturesModel(VantixJsonData &data, QObject *parent = nullptr);
     ~FeaturesModel() override;
 

@@ -1,5 +1,7 @@
 #include "models/QueryFilterFeatureModel.h"
 
+#include "models/FeaturesModel.h"
+
 #include <QHash>
 #include <QVector>
 
@@ -180,14 +182,22 @@ bool QueryFilterFeatureModel::filterAcceptsRow(int source_row,
                                                const QModelIndex &source_parent) const
 {
     const QString id =
-        sourceModel()->index(source_row, 0, source_parent).data(Qt::DisplayRole).toString();
+        sourceModel()->index(source_row, FeaturesModel::IdColumn, source_parent).data(Qt::DisplayRole).toString();
     return m_acceptedIds.contains(id);
 }
 
 bool QueryFilterFeatureModel::filterAcceptsColumn(int source_column, const QModelIndex &) const
 {
-    return source_column == 0 || source_column == 1 || source_column == 6 || source_column == 7
-           || source_column == 8;
+    switch (source_column) {
+    case FeaturesModel::IdColumn:
+    case FeaturesModel::TitleColumn:
+    case FeaturesModel::ProductsColumn:
+    case FeaturesModel::LayoutsColumn:
+    case FeaturesModel::LicensesColumn:
+        return true;
+    default:
+        return false;
+    }
 }
 
 QVariant QueryFilterFeatureModel::headerData(int section, Qt::Orientation orientation,

@@ -20,6 +20,10 @@ namespace ProductEditor {
 using Reader = std::function<QByteArray(const QString &)>;
 using Writer = std::function<bool(const QString &, const QByteArray &)>;
 
+class VantixJsonData;
+// Makes the license catalogue from a store that has just loaded (or failed to).
+using LicenseCatalogueFactory = std::function<QMap<QString, QString>(VantixJsonData &)>;
+
 // One importable/exportable file format, keyed by its id in the store.
 struct ExtensionInfo
 {
