@@ -1,6 +1,6 @@
 #include "json/VantixResultModel.h"
 
-#include "json/QJsonTreeItem.h"
+#include "json/LazyJsonTreeItem.h"
 
 namespace ProductEditor {
 
@@ -13,14 +13,24 @@ void VantixResultModel::SetJson(const QJsonObject &object)
 {
     beginResetModel();
     delete m_root;
-    m_root = QJsonTreeItem::load(QJsonValue(object), nullptr);
-    m_root->setType(QJsonValue::Object);
+    m_root = new LazyJsonTreeItem(QJsonValue(object), nullptr);
     endResetModel();
 }
 
 QJsonObject VantixResultModel::GetJson() const
 {
+    if (auto *root = dynamic_cast<LazyJsonTreeItem *>(m_root))
+        root->materializeAll();
     return _ToJson(m_root).toObject();
+}
+
+int VantixResultModel::rowCount(const QModelIndex &parent) const
+{
+    if (parent.column() <= 0) {
+        if (auto *node = dynamic_cast<LazyJsonTreeItem *>(_Node(parent)))
+            node->materialize();
+    }
+    return QJsonModel::rowCount(parent);
 }
 
 } // namespace ProductEditor
