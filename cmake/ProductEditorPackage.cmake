@@ -3,7 +3,7 @@
 set(CPACK_PACKAGE_NAME product-editor)
 set(CPACK_PACKAGE_VENDOR "Product editor developers")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Editor for product-definition folders of JSON documents")
-set(CPACK_PACKAGE_DESCRIPTION
+string(CONCAT CPACK_PACKAGE_DESCRIPTION
     "Loads a folder of product-definition documents (features, products, layouts, file formats "
     "and licenses), edits them as linked tables, shows every regeneration difference as a tree "
     "and writes the documents back. Ships the product-editor program and the product_editor "
