@@ -31,12 +31,18 @@ struct DefinitionMergeResult
     bool clean() const { return ok() && conflicts.isEmpty(); }
 };
 
+// What the inputs are known to be. Canonical inputs (what the editor and normalize
+// write) are merged as they are and only what the merge changed is regenerated; any
+// other input is first brought into its canonical form, which costs a regeneration of
+// each whole document.
+enum class MergeInputs { Any, Canonical };
+
 // Merges three versions of a products document or of a layout file. Blank bytes stand
-// for a side without the file (git's base of a file added on both sides). Each input
-// is taken in its canonical form, so a merely reformatted or reordered side changes
-// nothing.
+// for a side without the file (git's base of a file added on both sides). A merely
+// reformatted or reordered side changes nothing; the result is in canonical form.
 PRODUCT_EDITOR_EXPORT DefinitionMergeResult MergeDefinitionDocuments(const QByteArray &base, const QByteArray &ours,
                                                                      const QByteArray &theirs,
-                                                                     const ConflictMarkers &markers = ConflictMarkers());
+                                                                     const ConflictMarkers &markers = ConflictMarkers(),
+                                                                     MergeInputs inputs = MergeInputs::Any);
 
 } // namespace ProductEditor

@@ -278,9 +278,12 @@ void JsonMergeTest::disjointRandomEditsMergeCleanly()
         EditSide(*theirs, base, 1, seed + 1000);
         EditSide(*both, base, 0, seed);
         EditSide(*both, base, 1, seed + 1000);
-        const DefinitionMergeResult result = MergeDefinitionDocuments(baseBytes, Written(*ours), Written(*theirs));
-        QVERIFY2(result.clean(), qPrintable(ConflictTexts(result.conflicts).join('\n')));
-        QCOMPARE(result.bytes, Written(*both));
+        for (const MergeInputs inputs : {MergeInputs::Any, MergeInputs::Canonical}) {
+            const DefinitionMergeResult result =
+                MergeDefinitionDocuments(baseBytes, Written(*ours), Written(*theirs), ConflictMarkers(), inputs);
+            QVERIFY2(result.clean(), qPrintable(ConflictTexts(result.conflicts).join('\n')));
+            QCOMPARE(result.bytes, Written(*both));
+        }
     }
 }
 
