@@ -221,7 +221,6 @@ void JsonMergeTest::conflictBlock()
                      "=======\n"
                      "                \"title\": \"Open file\",\n"
                      ">>>>>>> theirs\n");
-    QVERIFY(expected.contains("<<<<<<<"));
     QCOMPARE(result.bytes, expected);
 }
 
@@ -259,7 +258,6 @@ void JsonMergeTest::unreadableInput()
 
     const DefinitionMergeResult result = MergeDefinitionDocuments("{}", "", theirs);
     QCOMPARE(result.error.input, DefinitionMergeError::Theirs);
-    QVERIFY(!result.error.problem.isEmpty());
     QCOMPARE(result.error.line, line);
     QCOMPARE(result.error.column, column);
     QVERIFY(result.bytes.isEmpty());
