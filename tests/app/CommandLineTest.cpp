@@ -17,8 +17,7 @@ namespace {
 struct Run
 {
     int status = -1;
-    QString out;
-    QString err;
+    QString out; // stdout, then stderr
 };
 
 Run Program(const QStringList &args)
@@ -27,7 +26,7 @@ Run Program(const QStringList &args)
     process.start(PE_PROGRAM, args);
     process.waitForFinished(120000);
     return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError())};
+            QString::fromUtf8(process.readAllStandardOutput() + process.readAllStandardError())};
 }
 
 void Write(const QString &path, const QByteArray &bytes)
@@ -159,7 +158,7 @@ void CommandLineTest::run()
     else if (!setup.isEmpty())
         Write(path, setup.section('=', 1).toUtf8());
     const Run run = Program(args.replaceInStrings("TMP", m_dir->path()));
-    QVERIFY2((run.out + run.err).contains(text.replace("TMP", m_dir->path())), qPrintable(run.out + run.err));
+    QVERIFY2(run.out.contains(text.replace("TMP", m_dir->path())), qPrintable(run.out));
     QCOMPARE(run.status, status);
 }
 
@@ -183,7 +182,6 @@ void CommandLineTest::normalize()
     QCOMPARE(Program({"normalize", PE_SOURCE_DIR "/examples/definitions", "--check"}).status, 0);
     // Two folders compare their regenerated documents, so the canonical copy matches its source.
     QCOMPARE(Program({"diff", m_root, out, "--format", "json"}).out, QString("{}\n"));
-    QCOMPARE(Program({"diff", out}).status, 0);
 }
 
 void CommandLineTest::readsEachFileOnce_data()
