@@ -1,16 +1,13 @@
 #pragma once
 
+#include "store/VantixJsonData.h"
+
 #include <QStringList>
 
-// Each command of the command-line mode takes the arguments that follow its
-// name and returns the process exit status.
-int RunCheck(const QStringList &args);
-int RunNormalize(const QStringList &args);
-int RunDiff(const QStringList &args);
-int RunCompareProducts(const QStringList &args);
-int RunQuery(const QStringList &args);
-
-// The desktop program: opens the editor window (or renders screenshots).
-int RunEditor(int &argc, char **argv);
-
-QString UsageText();
+// The commands of the command-line mode. Each takes the arguments that follow its
+// name and the reader every file is read through, and returns the exit status.
+int RunCheck(const QStringList &args, const ProductEditor::Reader &reader);
+int RunNormalize(const QStringList &args, const ProductEditor::Reader &reader);
+int RunDiff(const QStringList &args, const ProductEditor::Reader &reader);
+int RunCompareProducts(const QStringList &args, const ProductEditor::Reader &reader);
+int RunQuery(const QStringList &args, const ProductEditor::Reader &reader);

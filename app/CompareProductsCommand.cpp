@@ -1,43 +1,20 @@
-#include "CliSupport.h"
+#include "CommandLine.h"
 #include "Commands.h"
 #include "DiffPrinter.h"
+#include "FileAccess.h"
 
-#include <QJsonArray>
+#include "store/ComparedDocument.h"
 
 using namespace ProductEditor;
 
-namespace {
-
-const QString IdKey = QStringLiteral("id");
-
-// Finds both products in one walk, the way the window's "Compare products..." does.
-void FindProducts(const QJsonObject &products, const QString &leftId, const QString &rightId,
-                  QJsonObject *left, QJsonObject *right)
-{
-    const QJsonArray list =
-        products.value(QStringLiteral("products")).toObject().value(QStringLiteral("product")).toArray();
-    for (const QJsonValue element : list) {
-        const QJsonObject product = element.toObject();
-        const QString id = product.value(IdKey).toString();
-        if (id == leftId)
-            *left = product;
-        else if (id == rightId)
-            *right = product;
-        if (!left->isEmpty() && !right->isEmpty())
-            break;
-    }
-}
-
-} // namespace
-
-int RunCompareProducts(const QStringList &args)
+int RunCompareProducts(const QStringList &args, const Reader &reader)
 {
     QCommandLineParser parser;
-    AddCommonOptions(parser);
-    parser.addOption({QStringLiteral("format"), QStringLiteral("Output format: text (default) or json."),
-                      QStringLiteral("FORMAT"), QStringLiteral("text")});
-    if (!ParseCommand(parser, QStringLiteral("compare-products"), args, 3, 3))
-        return ExitError;
+    AddStandardOptions(parser);
+    AddCatalogueOption(parser);
+    AddFormatOption(parser);
+    if (const auto status = ParseArguments(parser, QStringLiteral("compare-products"), args, 3, 3))
+        return *status;
     DiffFormat format = DiffFormat::Text;
     if (!ParseDiffFormat(parser.value(QStringLiteral("format")), &format))
         return ExitError;
@@ -45,18 +22,16 @@ int RunCompareProducts(const QStringList &args)
     const QStringList positional = parser.positionalArguments();
     const QString leftId = positional.at(1);
     const QString rightId = positional.at(2);
-    FileAccess access;
-    auto store = OpenFolder(positional.at(0), parser, access);
+    FileAccess access(FileAccess::Mode::CompareOnly);
+    const auto store = OpenFolder(positional.at(0), CatalogueFile(parser), reader, access.writer());
     if (!store)
         return ExitError;
     store->UpdateResultJsons();
 
-    QJsonObject left;
-    QJsonObject right;
-    FindProducts(store->GetProductsResultJson(), leftId, rightId, &left, &right);
+    ComparedDocument pair = ProductsToCompare(store->GetProductsResultJson(), leftId, rightId);
     if (leftId == rightId)
-        right = left;
-    for (const auto &[id, product] : {std::make_pair(leftId, &left), std::make_pair(rightId, &right)}) {
+        pair.right = pair.left;
+    for (const auto &[id, product] : {std::make_pair(leftId, &pair.left), std::make_pair(rightId, &pair.right)}) {
         if (product->isEmpty()) {
             Err() << "product-editor: compare-products: no product with id '" << id << "' in "
                   << positional.at(0) << "\n";
@@ -66,15 +41,12 @@ int RunCompareProducts(const QStringList &args)
 
     // Objects with different ids are never compared, so the right product is compared
     // as another version of the left one.
-    right.insert(IdKey, left.value(IdKey));
-    const DiffReport report = CompareDocuments(leftId + QStringLiteral(" / ") + rightId, left, right);
-    if (report.model) {
-        report.model->setHeaders({QStringLiteral("Key"), leftId, rightId});
-        report.model->setEditableMode(false);
-    }
-    if (format == DiffFormat::Text && !report.model)
-        Out() << "=== " << report.name << ": no differences\n";
-    const bool different = PrintDiffReports(Out(), {&report}, format, QStringLiteral("product %1").arg(leftId),
+    pair.right.insert(QStringLiteral("id"), pair.left.value(QStringLiteral("id")));
+    std::vector<DiffReport> reports;
+    reports.push_back(CompareDocuments(pair.name, pair.left, pair.right));
+    if (format == DiffFormat::Text && !reports.front().tree)
+        Out() << "=== " << pair.name << ": no differences\n";
+    const bool different = PrintDiffReports(Out(), reports, format, QStringLiteral("product %1").arg(leftId),
                                             QStringLiteral("product %1").arg(rightId));
     return different ? ExitDifferent : ExitOk;
 }

@@ -1,8 +1,9 @@
-#include "CliSupport.h"
+#include "CommandLine.h"
 #include "Commands.h"
 #include "DiffPrinter.h"
+#include "FileAccess.h"
 
-#include <QSet>
+#include "store/ComparedDocument.h"
 
 #include <algorithm>
 
@@ -10,25 +11,20 @@ using namespace ProductEditor;
 
 namespace {
 
-const QString ProductsName = QStringLiteral("Products");
-
 // What the window's Update shows: each loaded document against its regenerated form.
 std::vector<DiffReport> DiffAgainstResult(VantixJsonData &store)
 {
     std::vector<DiffReport> reports;
-    reports.push_back(
-        CompareDocuments(ProductsName, store.GetProductsOriginalJson(), store.GetProductsResultJson()));
-    const QMap<QString, QJsonObject> &original = store.GetLayoutsOriginalJsons();
-    const QMap<QString, QJsonObject> &result = store.GetLayoutsResultJsons();
-    for (auto it = original.cbegin(); it != original.cend(); ++it)
-        reports.push_back(CompareDocuments(it.key(), it.value(), result.value(it.key())));
+    for (const ComparedDocument &document : UpdateComparedDocuments(store))
+        reports.push_back(CompareDocuments(document.name, document.left, document.right));
     return reports;
 }
 
 std::vector<DiffReport> DiffTwoResults(VantixJsonData &left, VantixJsonData &right)
 {
     std::vector<DiffReport> reports;
-    reports.push_back(CompareDocuments(ProductsName, left.GetProductsResultJson(), right.GetProductsResultJson()));
+    reports.push_back(
+        CompareDocuments(QStringLiteral("Products"), left.GetProductsResultJson(), right.GetProductsResultJson()));
     const QMap<QString, QJsonObject> &leftLayouts = left.GetLayoutsResultJsons();
     const QMap<QString, QJsonObject> &rightLayouts = right.GetLayoutsResultJsons();
     QStringList names = leftLayouts.keys() + rightLayouts.keys();
@@ -41,44 +37,36 @@ std::vector<DiffReport> DiffTwoResults(VantixJsonData &left, VantixJsonData &rig
 
 } // namespace
 
-int RunDiff(const QStringList &args)
+int RunDiff(const QStringList &args, const Reader &reader)
 {
     QCommandLineParser parser;
-    AddCommonOptions(parser);
-    parser.addOption({QStringLiteral("format"), QStringLiteral("Output format: text (default) or json."),
-                      QStringLiteral("FORMAT"), QStringLiteral("text")});
-    if (!ParseCommand(parser, QStringLiteral("diff"), args, 1, 2))
-        return ExitError;
+    AddStandardOptions(parser);
+    AddCatalogueOption(parser);
+    AddFormatOption(parser);
+    if (const auto status = ParseArguments(parser, QStringLiteral("diff"), args, 1, 2))
+        return *status;
     DiffFormat format = DiffFormat::Text;
     if (!ParseDiffFormat(parser.value(QStringLiteral("format")), &format))
         return ExitError;
 
     const QStringList folders = parser.positionalArguments();
-    FileAccess leftAccess;
-    auto left = OpenFolder(folders.at(0), parser, leftAccess);
+    FileAccess access(FileAccess::Mode::CompareOnly);
+    const auto left = OpenFolder(folders.at(0), CatalogueFile(parser), reader, access.writer());
     if (!left)
         return ExitError;
     left->UpdateResultJsons();
-
-    std::vector<DiffReport> reports;
-    QString leftSide = QStringLiteral("loaded %1").arg(folders.at(0));
-    QString rightSide = QStringLiteral("regenerated %1").arg(folders.at(0));
-    FileAccess rightAccess;
-    std::unique_ptr<VantixJsonData> right;
-    if (folders.size() == 2) {
-        right = OpenFolder(folders.at(1), parser, rightAccess);
-        if (!right)
-            return ExitError;
-        right->UpdateResultJsons();
-        reports = DiffTwoResults(*left, *right);
-        leftSide = QStringLiteral("regenerated %1").arg(folders.at(0));
-        rightSide = QStringLiteral("regenerated %1").arg(folders.at(1));
-    } else {
-        reports = DiffAgainstResult(*left);
+    if (folders.size() == 1) {
+        const bool different = PrintDiffReports(Out(), DiffAgainstResult(*left), format,
+                                                QStringLiteral("loaded %1").arg(folders.at(0)),
+                                                QStringLiteral("regenerated %1").arg(folders.at(0)));
+        return different ? ExitDifferent : ExitOk;
     }
-
-    QVector<const DiffReport *> printed;
-    for (const DiffReport &report : reports)
-        printed.append(&report);
-    return PrintDiffReports(Out(), printed, format, leftSide, rightSide) ? ExitDifferent : ExitOk;
+    const auto right = OpenFolder(folders.at(1), CatalogueFile(parser), reader, access.writer());
+    if (!right)
+        return ExitError;
+    right->UpdateResultJsons();
+    const bool different = PrintDiffReports(Out(), DiffTwoResults(*left, *right), format,
+                                            QStringLiteral("regenerated %1").arg(folders.at(0)),
+                                            QStringLiteral("regenerated %1").arg(folders.at(1)));
+    return different ? ExitDifferent : ExitOk;
 }

@@ -1,9 +1,8 @@
 #include "DiffPrinter.h"
 
-#include "CliSupport.h"
+#include "CommandLine.h"
 
-#include "json/QJsonDiffTreeItem.h"
-#include "json/VantixFeaturesDiffModel.h"
+#include "json/JsonDiff.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -68,6 +67,12 @@ void PrintTextNode(QTextStream &out, const QJsonDiffTreeItem &node, int depth)
 
 } // namespace
 
+void AddFormatOption(QCommandLineParser &parser)
+{
+    parser.addOption({QStringLiteral("format"), QStringLiteral("Output format: text (default) or json."),
+                      QStringLiteral("FORMAT"), QStringLiteral("text")});
+}
+
 bool ParseDiffFormat(const QString &text, DiffFormat *format)
 {
     if (text.isEmpty() || text == QLatin1String("text")) {
@@ -84,10 +89,7 @@ bool ParseDiffFormat(const QString &text, DiffFormat *format)
 
 DiffReport CompareDocuments(const QString &name, const QJsonObject &left, const QJsonObject &right)
 {
-    DiffReport report{name, std::make_unique<VantixFeaturesDiffModel>()};
-    if (!report.model->Regenerate(left, right))
-        report.model.reset();
-    return report;
+    return DiffReport{name, DiffJson(left, right)};
 }
 
 QJsonObject DiffNodeToJson(const QJsonDiffTreeItem &node)
@@ -106,21 +108,21 @@ QJsonObject DiffNodeToJson(const QJsonDiffTreeItem &node)
     };
 }
 
-bool PrintDiffReports(QTextStream &out, const QVector<const DiffReport *> &reports, DiffFormat format,
+bool PrintDiffReports(QTextStream &out, const std::vector<DiffReport> &reports, DiffFormat format,
                       const QString &leftSide, const QString &rightSide)
 {
     bool different = false;
-    for (const DiffReport *report : reports)
-        different = different || report->model;
+    for (const DiffReport &report : reports)
+        different = different || report.tree;
     if (format == DiffFormat::Json) {
         // Written member by member: a QJsonObject would sort the document names.
         out << "{";
         bool first = true;
-        for (const DiffReport *report : reports) {
-            if (!report->model)
+        for (const DiffReport &report : reports) {
+            if (!report.tree)
                 continue;
-            const QByteArray name = QJsonDocument(QJsonArray{report->name}).toJson(QJsonDocument::Compact);
-            const QByteArray tree = QJsonDocument(DiffNodeToJson(*report->model->GetRoot()))
+            const QByteArray name = QJsonDocument(QJsonArray{report.name}).toJson(QJsonDocument::Compact);
+            const QByteArray tree = QJsonDocument(DiffNodeToJson(*report.tree))
                                         .toJson(QJsonDocument::Compact);
             out << (first ? "\n" : ",\n") << "  " << QString::fromUtf8(name.mid(1, name.size() - 2)) << ": "
                 << QString::fromUtf8(tree);
@@ -133,13 +135,12 @@ bool PrintDiffReports(QTextStream &out, const QVector<const DiffReport *> &repor
         out << "# left: " << leftSide << ", right: " << rightSide
             << "; - left only, + right only, ~ changed (left -> right)\n";
     }
-    for (const DiffReport *report : reports) {
-        if (!report->model)
+    for (const DiffReport &report : reports) {
+        if (!report.tree)
             continue;
-        out << "=== " << report->name << '\n';
-        const QJsonDiffTreeItem *root = report->model->GetRoot();
-        for (int i = 0; i < root->childCount(); ++i)
-            PrintTextNode(out, *static_cast<const QJsonDiffTreeItem *>(root->child(i)), 0);
+        out << "=== " << report.name << '\n';
+        for (int i = 0; i < report.tree->childCount(); ++i)
+            PrintTextNode(out, *static_cast<const QJsonDiffTreeItem *>(report.tree->child(i)), 0);
     }
     return different;
 }

@@ -1,5 +1,6 @@
-#include "CliSupport.h"
+#include "CommandLine.h"
 #include "Commands.h"
+#include "FileAccess.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -38,18 +39,19 @@ int CheckOnly(VantixJsonData &store, FileAccess &access, const QString &target)
 
 } // namespace
 
-int RunNormalize(const QStringList &args)
+int RunNormalize(const QStringList &args, const Reader &reader)
 {
     QCommandLineParser parser;
-    AddCommonOptions(parser);
+    AddStandardOptions(parser);
+    AddCatalogueOption(parser);
     parser.addOption({QStringLiteral("out"), QStringLiteral("Write into this folder."), QStringLiteral("OUT")});
     parser.addOption({QStringLiteral("check"), QStringLiteral("List the files that would change; write nothing.")});
-    if (!ParseCommand(parser, QStringLiteral("normalize"), args, 1, 1))
-        return ExitError;
+    if (const auto status = ParseArguments(parser, QStringLiteral("normalize"), args, 1, 1))
+        return *status;
 
     const bool checkOnly = parser.isSet(QStringLiteral("check"));
     FileAccess access(checkOnly ? FileAccess::Mode::CompareOnly : FileAccess::Mode::Write);
-    auto store = OpenFolder(parser.positionalArguments().at(0), parser, access);
+    const auto store = OpenFolder(parser.positionalArguments().at(0), CatalogueFile(parser), reader, access.writer());
     if (!store)
         return ExitError;
 

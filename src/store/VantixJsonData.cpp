@@ -47,12 +47,6 @@ const QString kLicenses = QStringLiteral("licenses");
 const QString kModes = QStringLiteral("modes");
 const QString kFolderWarning = QStringLiteral("Couldn't create Products folder.");
 
-// The parsed document's object; bytes that do not parse give an empty one.
-QJsonObject ParseObject(const QByteArray &bytes)
-{
-    return QJsonDocument::fromJson(bytes).object();
-}
-
 bool ReadBool(const QJsonObject &object, const QString &key, bool fallback)
 {
     const QJsonValue value = object.value(key);
@@ -105,13 +99,21 @@ VantixJsonData::~VantixJsonData() = default;
 
 bool VantixJsonData::Init(const QString &path)
 {
+    loadReport = LoadReport();
+    const auto refuse = [this](const QString &file, const QString &message) {
+        loadReport.refusal = LoadProblem();
+        loadReport.refusal->file = file;
+        loadReport.refusal->message = message;
+        return false;
+    };
     QDir dir(path);
     if (!dir.exists())
-        return false;
+        return refuse(path, QFileInfo::exists(path) ? QStringLiteral("not a folder")
+                                                    : QStringLiteral("the definition folder does not exist"));
     if (!dir.cd(kProducts))
-        return false;
+        return refuse(QDir(path).filePath(kProducts), QStringLiteral("missing \"products\" folder"));
     if (!dir.exists(kProductsJson))
-        return false;
+        return refuse(dir.filePath(kProductsJson), QStringLiteral("missing \"products.json\""));
     folder = QDir(path);
     return Load(folder.path());
 }
@@ -122,9 +124,18 @@ bool VantixJsonData::Load(const QString &path)
     // Without a "products" sub-folder the document is looked up in the folder itself.
     const QDir productsDir(root.filePath(kProducts));
     const QString productsPath = (productsDir.exists() ? productsDir : root).filePath(kProductsJson);
-    const QJsonObject productsObject = ParseObject(reader ? reader(productsPath) : QByteArray());
-    if (productsObject.isEmpty())
+    loadReport = LoadReport();
+    LoadProblem problem;
+    const QJsonDocument productsDocument =
+        ParseJsonFile(productsPath, reader ? reader(productsPath) : QByteArray(), &problem);
+    const QJsonObject productsObject = productsDocument.object();
+    if (productsObject.isEmpty()) {
+        if (problem.message.isEmpty())
+            problem.message = productsDocument.isObject() ? QStringLiteral("\"products.json\" is an empty JSON object")
+                                                          : QStringLiteral("\"products.json\" is not a JSON object");
+        loadReport.refusal = problem;
         return false;
+    }
 
     productsOriginal = productsObject;
     productsResult = productsObject;
@@ -136,9 +147,15 @@ bool VantixJsonData::Load(const QString &path)
         : QFileInfoList();
     for (const QFileInfo &file : files) {
         const QString filePath = file.filePath();
-        const QJsonObject document = ParseObject(reader ? reader(filePath) : QByteArray());
-        if (document.isEmpty())
+        LoadProblem skipped;
+        const QJsonObject document =
+            ParseJsonFile(filePath, reader ? reader(filePath) : QByteArray(), &skipped).object();
+        if (document.isEmpty()) {
+            if (skipped.message.isEmpty())
+                skipped.message = QStringLiteral("not a non-empty JSON object");
+            loadReport.skippedLayouts.append(skipped);
             continue;
+        }
         const QJsonObject layoutsObject = document.value(kLayouts).toObject();
         for (auto it = layoutsObject.begin(); it != layoutsObject.end(); ++it) {
             layoutsOriginal.insert(it.key(), it.value().toObject());
@@ -519,5 +536,6 @@ QMap<QString, QJsonObject> &VantixJsonData::GetLayoutsOriginalJsons() { return l
 QMap<QString, QJsonObject> &VantixJsonData::GetLayoutsResultJsons() { return layoutsResult; }
 const QMap<QString, QStringList> &VantixJsonData::GetLayoutFiles() const { return layoutFiles; }
 const QDir &VantixJsonData::GetFolder() const { return folder; }
+const LoadReport &VantixJsonData::GetLoadReport() const { return loadReport; }
 
 } // namespace ProductEditor

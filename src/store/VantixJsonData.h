@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ProductEditorExport.h"
+#include "store/LoadReport.h"
 
 #include <QByteArray>
 #include <QDir>
@@ -125,6 +126,8 @@ public:
     // Read-only views for tools that do not edit (the command-line mode).
     const QMap<QString, QStringList> &GetLayoutFiles() const;
     const QDir &GetFolder() const;
+    // Why the last Init or Load refused the folder, and the layout files it skipped.
+    const LoadReport &GetLoadReport() const;
 
     // Helpers shared by generation and by the tools that inspect results.
     static QJsonArray SortedJsonArray(const QSet<QString> &set);
@@ -155,6 +158,7 @@ private:
     QMap<QString, QStringList> layoutFiles;
     QDir folder;
     bool loaded = false; // a folder was loaded, so `folder` names it
+    LoadReport loadReport;
 };
 
 } // namespace ProductEditor

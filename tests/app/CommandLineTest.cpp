@@ -1,19 +1,23 @@
+// The program, run as a process, and its folder opener driven in-process.
+#include "Commands.h"
+#include "EditorHost.h"
+#include "FileAccess.h"
+
 #include <QDir>
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <QMainWindow>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+
+using namespace ProductEditor;
 
 namespace {
 
 struct Run
 {
     int status = -1;
-    QString out;
-    QString err;
+    QString out; // stdout, then stderr
 };
 
 Run Program(const QStringList &args)
@@ -22,7 +26,7 @@ Run Program(const QStringList &args)
     process.start(PE_PROGRAM, args);
     process.waitForFinished(120000);
     return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError())};
+            QString::fromUtf8(process.readAllStandardOutput() + process.readAllStandardError())};
 }
 
 void Write(const QString &path, const QByteArray &bytes)
@@ -42,11 +46,10 @@ QByteArray Read(const QString &path)
 const QByteArray kProducts = R"({
   "features": {"feature": [{"id": "b", "title": "B", "visual": true}, {"id": "a"}]},
   "products": {"product": [{"id": "p", "licensing": {"base": "Base", "specific": [{"id": "a", "licenses": ["S"]}]},
-                            "features": ["b", "a"], "modes": ["main"]}]},
+                            "features": ["b", "a"], "modes": ["main"], "profile_suffix": "x"},
+                           {"id": "q", "profile_suffix": "y"}]},
   "extensions": {"extension": [{"id": "stl"}], "lic_coveradge": {"import": [{"id": "stl", "lic": ["Imp"]}]}}
 })";
-
-const QByteArray kLayout = R"({"layouts": {"main": {"features": ["a"]}}})";
 
 } // namespace
 
@@ -56,19 +59,11 @@ class CommandLineTest : public QObject
 
 private slots:
     void init();
-
-    void checkPrintsCounts();
-    void checkExplainsARefusedFolder_data();
-    void checkExplainsARefusedFolder();
-    void checkWarnsAboutSkippedLayouts();
-    void licenseCatalogueOption();
-    void normalizeRewritesInCanonicalForm();
-    void normalizeCheckWritesNothing();
-    void bundledExampleIsCanonical();
-    void usageErrors_data();
-    void usageErrors();
-    void diffReportsWhatRegenerationChanges();
-    void compareProducts();
+    void run_data();
+    void run();
+    void normalize();
+    void readsEachFileOnce_data();
+    void readsEachFileOnce();
 
 private:
     std::unique_ptr<QTemporaryDir> m_dir;
@@ -80,179 +75,148 @@ void CommandLineTest::init()
     m_dir = std::make_unique<QTemporaryDir>();
     m_root = m_dir->filePath("defs");
     Write(m_root + "/products/products.json", kProducts);
-    Write(m_root + "/layouts/main.json", kLayout);
+    Write(m_root + "/layouts/main.json", R"({"layouts": {"main": {"features": ["a"]}}})");
+    Write(m_dir->filePath("lic.json"), R"({"Base": "Base license"})");
+    Write(m_dir->filePath("bad/products/products.json"), "{\"features\": {}");
 }
 
-void CommandLineTest::checkPrintsCounts()
+void CommandLineTest::run_data()
 {
-    const Run run = Program({"check", m_root});
-    QCOMPARE(run.status, 0);
-    QCOMPARE(run.out, QString("features: 2\nproducts: 1\nlayouts: 1\nextensions: 1\nlicenses: 3\n"));
-    QCOMPARE(run.err, QString());
-}
-
-void CommandLineTest::checkExplainsARefusedFolder_data()
-{
-    QTest::addColumn<QString>("breakage");
-    QTest::addColumn<QString>("message");
-
-    QTest::newRow("missing folder") << "folder" << "the definition folder does not exist";
-    QTest::newRow("missing products folder") << "products-folder" << "missing \"products\" folder";
-    QTest::newRow("missing products.json") << "products-json" << "missing \"products.json\"";
-    QTest::newRow("broken json") << "broken" << "not valid JSON: unterminated object at offset";
-    QTest::newRow("array") << "array" << "\"products.json\" is not a JSON object";
-}
-
-void CommandLineTest::checkExplainsARefusedFolder()
-{
-    QFETCH(QString, breakage);
-    QFETCH(QString, message);
-
-    QString target = m_root;
-    if (breakage == "folder")
-        target = m_dir->filePath("nowhere");
-    else if (breakage == "products-folder")
-        QVERIFY(QDir(m_root + "/products").removeRecursively());
-    else if (breakage == "products-json")
-        QVERIFY(QFile::remove(m_root + "/products/products.json"));
-    else if (breakage == "broken")
-        Write(m_root + "/products/products.json", "{\"features\": {}");
-    else if (breakage == "array")
-        Write(m_root + "/products/products.json", "[1, 2]");
-
-    for (const QString &command : {"check", "normalize", "diff", "query"}) {
-        const Run run = Program({command, target});
-        QCOMPARE(run.status, 2);
-        QVERIFY2(run.err.contains(message), qPrintable(command + ": " + run.err));
-        QVERIFY2(run.err.contains(QDir::cleanPath(target).section('/', -1)), qPrintable(run.err));
-    }
-}
-
-void CommandLineTest::checkWarnsAboutSkippedLayouts()
-{
-    Write(m_root + "/layouts/broken.json", "{\"layouts\": [");
-    const Run run = Program({"check", m_root});
-    QCOMPARE(run.status, 0);
-    QVERIFY2(run.err.contains("broken.json: skipped"), qPrintable(run.err));
-    QVERIFY(run.out.contains("layouts: 1\n"));
-}
-
-void CommandLineTest::licenseCatalogueOption()
-{
-    const QString catalogue = m_dir->filePath("licenses.json");
-    Write(catalogue, R"({"Base": "Base license"})");
-    QCOMPARE(Program({"check", m_root, "--licenses", catalogue}).out.section('\n', 4, 4), QString("licenses: 1"));
-
-    Write(catalogue, "[]");
-    const Run refused = Program({"check", m_root, "--licenses", catalogue});
-    QCOMPARE(refused.status, 2);
-    QVERIFY(refused.err.contains("licenses.json"));
-}
-
-void CommandLineTest::normalizeRewritesInCanonicalForm()
-{
-    const QString out = m_dir->filePath("out");
-    QCOMPARE(Program({"normalize", m_root, "--out", out}).status, 0);
-    QCOMPARE(Read(m_root + "/products/products.json"), kProducts);
-    QVERIFY(Read(out + "/products/products.json").contains("\"features\": [\n                    \"a\",\n"));
-    QVERIFY(QFile::exists(out + "/layouts/main.json"));
-    QCOMPARE(Program({"normalize", out, "--check"}).status, 0);
-
-    QCOMPARE(Program({"normalize", m_root}).status, 0);
-    QCOMPARE(Read(m_root + "/products/products.json"), Read(out + "/products/products.json"));
-    QCOMPARE(Read(m_root + "/layouts/main.json"), Read(out + "/layouts/main.json"));
-}
-
-void CommandLineTest::normalizeCheckWritesNothing()
-{
-    const Run run = Program({"normalize", m_root, "--check"});
-    QCOMPARE(run.status, 1);
-    QCOMPARE(run.out.split('\n', Qt::SkipEmptyParts).size(), 2);
-    QVERIFY(run.out.contains("products.json"));
-    QCOMPARE(Read(m_root + "/products/products.json"), kProducts);
-
-    // Into a folder that does not exist every file would be new, and nothing is created.
-    const QString fresh = m_dir->filePath("fresh");
-    const Run intoNew = Program({"normalize", m_root, "--check", "--out", fresh});
-    QCOMPARE(intoNew.status, 1);
-    QCOMPARE(intoNew.out, QString(fresh + "/products/products.json\n" + fresh + "/layouts/main.json\n"));
-    QVERIFY(!QFile::exists(fresh));
-}
-
-void CommandLineTest::bundledExampleIsCanonical()
-{
-    const QString example = QStringLiteral(PE_SOURCE_DIR) + "/examples/definitions";
-    if (!QFile::exists(example + "/products/products.json"))
-        QSKIP("the bundled example is not present");
-    const Run run = Program({"normalize", example, "--check"});
-    QCOMPARE(run.out, QString());
-    QCOMPARE(run.status, 0);
-}
-
-void CommandLineTest::usageErrors_data()
-{
-    QTest::addColumn<QStringList>("args");
+    QTest::addColumn<QString>("setup"); // "PATH=BYTES" written below the temporary folder first, "PATH/" a folder
+    QTest::addColumn<QStringList>("args"); // TMP: the temporary folder, with "defs" and the broken "bad" in it
     QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("text"); // found in stdout or stderr
 
-    QTest::newRow("help") << QStringList{"--help"} << 0 << "Usage:";
-    QTest::newRow("command help") << QStringList{"check", "--help"} << 0 << "Usage:";
-    QTest::newRow("version") << QStringList{"--version"} << 0 << "product-editor ";
-    QTest::newRow("missing argument") << QStringList{"check"} << 2 << "missing argument";
-    QTest::newRow("extra argument") << QStringList{"check", "a", "b"} << 2 << "unexpected argument 'b'";
-    QTest::newRow("unknown option") << QStringList{"normalize", "x", "--bogus"} << 2 << "Unknown option 'bogus'";
-    QTest::newRow("option without value") << QStringList{"normalize", "x", "--out"} << 2 << "Missing value after '--out'";
+    const QString none;
+    const QString defs = "TMP/defs";
+    QTest::newRow("check") << none << QStringList{"check", defs} << 0
+                           << "features: 2\nproducts: 2\nlayouts: 1\nextensions: 1\nlicenses: 4\n";
+    QTest::newRow("catalogue file") << none << QStringList{"check", defs, "--licenses", "TMP/lic.json"} << 0
+                                    << "licenses: 1\n";
+    QTest::newRow("help") << none << QStringList{"--help"} << 0 << "Usage:\n";
+    QTest::newRow("command help") << none << QStringList{"check", "--help"} << 0 << "Usage:\n";
+    QTest::newRow("version") << none << QStringList{"--version"} << 0 << "product-editor 1.";
+    QTest::newRow("command version") << none << QStringList{"query", "x", "--version"} << 0 << "product-editor 1.";
+    QTest::newRow("missing argument") << none << QStringList{"check"} << 2
+                                      << "product-editor: check: missing argument\n\nUsage:";
+    QTest::newRow("extra argument") << none << QStringList{"check", "a", "b"} << 2 << ": check: unexpected argument 'b'";
+    QTest::newRow("unknown option") << none << QStringList{"normalize", "x", "--bogus"} << 2 << ": Unknown option 'bogus'.";
+    QTest::newRow("no value") << none << QStringList{"diff", "x", "--format"} << 2 << ": Missing value after '--format'.";
+    QTest::newRow("unknown format") << none << QStringList{"diff", "x", "--format", "xml"} << 2 << ": unknown format 'xml'";
+    const QString legend = "; - left only, + right only, ~ changed (left -> right)\n";
+    QTest::newRow("diff") << none << QStringList{"diff", defs} << 1
+                          << "# left: loaded TMP/defs, right: regenerated TMP/defs" + legend + "=== Products\n~ extensions\n";
+    QTest::newRow("diff, json") << none << QStringList{"diff", defs, "--format", "json"} << 1
+                                << "{\n  \"Products\": {\"action\":1,\"children\":[";
+    QTest::newRow("compare") << none << QStringList{"compare-products", defs, "p", "q"} << 1
+                             << "# left: product p, right: product q" + legend + "=== p / q\n";
+    QTest::newRow("same product") << none << QStringList{"compare-products", defs, "p", "p"} << 0
+                                  << "=== p / p: no differences\n";
+    QTest::newRow("unknown product") << none << QStringList{"compare-products", defs, "p", "nope"} << 2
+                                     << "product-editor: compare-products: no product with id 'nope' in TMP/defs\n";
+    // A refused folder is worded alike by every command.
+    const QString broken = "product-editor: TMP/bad/products/products.json: not valid JSON: unterminated object at "
+                           "offset 15 (line 1, column 16)\n";
+    for (const QStringList &args : {QStringList{"check", "TMP/bad"}, {"normalize", "TMP/bad", "--check"},
+                                    {"diff", "TMP/bad"}, {"diff", defs, "TMP/bad"},
+                                    {"compare-products", "TMP/bad", "p", "q"}, {"query", "TMP/bad"}})
+        QTest::addRow("refused: %s", qPrintable(args.join(' '))) << none << args << 2 << broken;
+    const QString E = "product-editor: TMP/";
+    const QString P = "defs/products/products.json";
+    QTest::newRow("no folder") << none << QStringList{"check", "TMP/no"} << 2
+                               << E + "no: the definition folder does not exist\n";
+    QTest::newRow("a file") << none << QStringList{"check", "TMP/lic.json"} << 2 << E + "lic.json: not a folder\n";
+    QTest::newRow("no products folder") << none << QStringList{"check", "TMP"} << 2
+                                        << E + "products: missing \"products\" folder\n";
+    QTest::newRow("no products.json") << "x/products/o=" << QStringList{"check", "TMP/x"} << 2
+                                      << E + "x/products/products.json: missing \"products.json\"\n";
+    QTest::newRow("products.json a folder") << P + "/" << QStringList{"check", defs} << 2
+                                            << E + P + ": is a folder, not a file\n";
+    QTest::newRow("array") << P + "=[1]" << QStringList{"check", defs} << 2
+                           << E + P + ": \"products.json\" is not a JSON object\n";
+    QTest::newRow("empty object") << P + "= {} " << QStringList{"check", defs} << 2
+                                  << E + P + ": \"products.json\" is an empty JSON object\n";
+    QTest::newRow("skipped layout") << "defs/layouts/bad.json={\n\"layouts\"" << QStringList{"check", defs} << 0
+                                    << "product-editor: warning: TMP/defs/layouts/bad.json: skipped, not valid JSON: "
+                                       "unterminated string at offset 11 (line 2, column 10)\n";
+    QTest::newRow("no catalogue") << none << QStringList{"diff", defs, "--licenses", "TMP/no.json"} << 2
+                                  << E + "no.json: cannot be read: no such file\n";
+    QTest::newRow("catalogue not an object") << "c.json=[]" << QStringList{"check", defs, "--licenses", "TMP/c.json"}
+                                             << 2 << E + "c.json: the license catalogue must be a JSON object\n";
 }
 
-void CommandLineTest::usageErrors()
+void CommandLineTest::run()
 {
+    QFETCH(QString, setup);
     QFETCH(QStringList, args);
     QFETCH(int, status);
     QFETCH(QString, text);
 
-    const Run run = Program(args);
+    const QString path = m_dir->filePath(setup.section('=', 0, 0));
+    if (setup.endsWith('/'))
+        QVERIFY(QFile::remove(path.chopped(1)) && QDir().mkpath(path));
+    else if (!setup.isEmpty())
+        Write(path, setup.section('=', 1).toUtf8());
+    const Run run = Program(args.replaceInStrings("TMP", m_dir->path()));
+    QVERIFY2(run.out.contains(text.replace("TMP", m_dir->path())), qPrintable(run.out));
     QCOMPARE(run.status, status);
-    QVERIFY2((status == 0 ? run.out : run.err).contains(text), qPrintable(run.out + run.err));
 }
 
-void CommandLineTest::diffReportsWhatRegenerationChanges()
+void CommandLineTest::normalize()
 {
-    const Run text = Program({"diff", m_root});
-    QCOMPARE(text.status, 1);
-    QVERIFY2(text.out.contains("=== Products") && text.out.contains("- visual: true"), qPrintable(text.out));
-
-    const Run json = Program({"diff", m_root, "--format", "json"});
-    QCOMPARE(json.status, 1);
-    const QJsonObject trees = QJsonDocument::fromJson(json.out.toUtf8()).object();
-    QCOMPARE(trees.keys(), QStringList({"Products", "main"}));
-    const QJsonObject root = trees.value("Products").toObject();
-    QCOMPARE(root.value("key").toString(), QString("root"));
-    QCOMPARE(root.value("type").toString(), QString("Object"));
-    QVERIFY(!root.value("children").toArray().isEmpty());
-
+    const Run check = Program({"normalize", m_root, "--check"});
+    QCOMPARE(check.out, m_root + "/products/products.json\n" + m_root + "/layouts/main.json\n");
+    QCOMPARE(check.status, 1);
+    // Into a folder that does not exist every file would be new, and nothing is created.
     const QString out = m_dir->filePath("out");
+    QCOMPARE(Program({"normalize", m_root, "--check", "--out", out}).out,
+             out + "/products/products.json\n" + out + "/layouts/main.json\n");
+    QVERIFY(!QFile::exists(out));
+
     QCOMPARE(Program({"normalize", m_root, "--out", out}).status, 0);
-    QCOMPARE(Program({"diff", out}).status, 0);
+    QCOMPARE(Read(m_root + "/products/products.json"), kProducts);
+    QVERIFY(Read(out + "/products/products.json").contains("\"features\": [\n                    \"a\",\n"));
+    QCOMPARE(Program({"normalize", out, "--check"}).status, 0);
+    QCOMPARE(Program({"normalize", m_root}).status, 0);
+    QCOMPARE(Read(m_root + "/products/products.json"), Read(out + "/products/products.json"));
+    QCOMPARE(Program({"normalize", PE_SOURCE_DIR "/examples/definitions", "--check"}).status, 0);
     // Two folders compare their regenerated documents, so the canonical copy matches its source.
-    QCOMPARE(Program({"diff", m_root, out}).status, 0);
-    QCOMPARE(Program({"diff", m_root, m_dir->filePath("nowhere")}).status, 2);
+    QCOMPARE(Program({"diff", m_root, out, "--format", "json"}).out, QString("{}\n"));
 }
 
-void CommandLineTest::compareProducts()
+void CommandLineTest::readsEachFileOnce_data()
 {
-    Write(m_root + "/products/products.json", R"({"products": {"product": [
-        {"id": "a", "profile_suffix": "x", "features": ["f"]}, {"id": "b", "profile_suffix": "y"}]}})");
-    const Run run = Program({"compare-products", m_root, "a", "b", "--format", "json"});
-    QCOMPARE(run.status, 1);
-    const QJsonObject trees = QJsonDocument::fromJson(run.out.toUtf8()).object();
-    QCOMPARE(trees.keys(), QStringList({"a / b"}));
-    QVERIFY(run.out.contains("profile_suffix"));
+    QTest::addColumn<bool>("window");
+    QTest::addColumn<bool>("catalogue");
 
-    QCOMPARE(Program({"compare-products", m_root, "a", "a"}).status, 0);
-    const Run unknown = Program({"compare-products", m_root, "a", "nope"});
-    QCOMPARE(unknown.status, 2);
-    QVERIFY(unknown.err.contains("nope"));
+    QTest::newRow("check") << false << false;
+    QTest::newRow("check --licenses") << false << true;
+    QTest::newRow("window") << true << false;
+    QTest::newRow("window --licenses") << true << true;
 }
 
-QTEST_GUILESS_MAIN(CommandLineTest)
+// Every command opens its folder the way check does.
+void CommandLineTest::readsEachFileOnce()
+{
+    QFETCH(bool, window);
+    QFETCH(bool, catalogue);
+
+    QMap<QString, int> reads;
+    const Reader counting = [&reads](const QString &path) {
+        ++reads[QDir::cleanPath(path)];
+        return FileAccess::ReadFile(path);
+    };
+    const QString licenses = catalogue ? m_dir->filePath("lic.json") : QString();
+    QStringList messages;
+    if (window)
+        QVERIFY(OpenEditorWindow(m_root, licenses, counting, Writer(), &messages));
+    else
+        QCOMPARE(RunCheck(QStringList{m_root} + (catalogue ? QStringList{"--licenses", licenses} : QStringList()), counting), 0);
+    QMap<QString, int> once{{m_root + "/products/products.json", 1}, {m_root + "/layouts/main.json", 1}};
+    if (catalogue)
+        once.insert(licenses, 1);
+    QCOMPARE(reads, once);
+}
+
+QTEST_MAIN(CommandLineTest)
 #include "CommandLineTest.moc"

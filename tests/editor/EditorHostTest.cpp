@@ -1,7 +1,6 @@
 #include <QFile>
 #include <QImage>
 #include <QProcess>
-#include <QProcessEnvironment>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -21,23 +20,23 @@ private:
 void EditorHostTest::run_data()
 {
     QTest::addColumn<QStringList>("args");
-    QTest::addColumn<QString>("refusal"); // none: the screenshot is written
+    QTest::addColumn<QString>("refusal"); // empty: the screenshot is written
 
-    // No folder given: the bundled example opens.
+    // No folder given: the bundled example opens, found from the program's own folder.
     QTest::newRow("screenshot of the opening page") << QStringList({"--screenshot", "shot.png"}) << QString();
     for (int tab = 0; tab < 6; ++tab)
         QTest::addRow("screenshot of page %d", tab)
             << QStringList({"--screenshot", "shot.png", "--tab", QString::number(tab)}) << QString();
     const QString example = PE_SOURCE_DIR "/examples/definitions";
-    QTest::newRow("unknown option") << QStringList({example, "--colour"}) << "unknown option '--colour'";
-    QTest::newRow("tab out of range") << QStringList({"--screenshot", "x.png", "--tab", "6"}) << "--tab: '6'";
-    QTest::newRow("tab without screenshot") << QStringList({"--tab", "1"}) << "--tab is only meaningful";
-    QTest::newRow("missing value") << QStringList({"--screenshot"}) << "needs a value";
-    QTest::newRow("two folders") << QStringList({example, example}) << "unexpected argument";
-    QTest::newRow("no such folder") << QStringList({"/no/such"}) << "/no/such: the definition folder does not exist";
+    const QString usage = "\n\nUsage:\n";
+    QTest::newRow("unknown option") << QStringList({example, "--colour"}) << "product-editor: Unknown option 'colour'." + usage;
+    QTest::newRow("tab out of range") << QStringList({"--screenshot", "x.png", "--tab", "6"})
+                                      << "product-editor: --tab: '6' is not a page number from 0 to 5" + usage;
+    QTest::newRow("tab without screenshot") << QStringList({"--tab", "1"}) << "--tab is only meaningful with --screenshot";
+    QTest::newRow("no such folder") << QStringList({"/no/such"}) << "product-editor: /no/such: the definition folder does not exist\n";
     QTest::newRow("window without a display") << QStringList({example}) << "no display to open the window on";
     QTest::newRow("bad catalogue") << QStringList({example, "--licenses", "/no/such.json", "--screenshot", "x.png"})
-                                   << "/no/such.json: cannot be read";
+                                   << "product-editor: /no/such.json: cannot be read: no such file\n";
 }
 
 void EditorHostTest::run()
@@ -55,13 +54,10 @@ void EditorHostTest::run()
     process.start(PE_PROGRAM, args);
     QVERIFY(process.waitForFinished(60000));
     const QString err = QString::fromLocal8Bit(process.readAllStandardError());
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QVERIFY2(refusal.isEmpty() ? !err.contains("propagateSizeHints") : err.contains(refusal), qPrintable(err));
+    QVERIFY2(refusal.isEmpty() ? err.isEmpty() : err.contains(refusal), qPrintable(err));
     QCOMPARE(process.exitCode(), refusal.isEmpty() ? 0 : 2);
-    if (refusal.isEmpty()) {
-        const QImage image(m_dir.filePath("shot.png"));
-        QVERIFY(image.width() >= 1197 && image.height() >= 822);
-    }
+    if (refusal.isEmpty())
+        QVERIFY(QImage(m_dir.filePath("shot.png")).width() >= 1197);
 }
 
 QTEST_GUILESS_MAIN(EditorHostTest)

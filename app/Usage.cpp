@@ -1,0 +1,35 @@
+#include "Usage.h"
+
+QString UsageText()
+{
+    return QStringLiteral(
+        "Usage:\n"
+        "  product-editor [DIR] [--licenses FILE] [--screenshot FILE [--tab N]]\n"
+        "      Open the editor window on DIR (default: the bundled example).\n"
+        "  product-editor check DIR\n"
+        "      Load DIR and print the count of each record kind.\n"
+        "  product-editor normalize DIR [--out OUT] [--check]\n"
+        "      Rewrite DIR (or write OUT) in canonical form; --check only lists\n"
+        "      the files that would change (exit 1 when any would).\n"
+        "  product-editor diff DIR [OTHER] [--format text|json]\n"
+        "      Show what regenerating DIR changes, or how DIR and OTHER differ.\n"
+        "  product-editor compare-products DIR LEFT RIGHT [--format text|json]\n"
+        "      Compare two products of DIR.\n"
+        "  product-editor query DIR [--id KEYS] [--title KEYS] [--products KEYS]\n"
+        "                           [--layouts KEYS] [--licenses KEYS]\n"
+        "      Print the ids of the features that match the query.\n"
+        "\n"
+        "Options:\n"
+        "  --licenses FILE  license catalogue, a JSON object of key -> display text\n"
+        "                   (for query, --licenses takes the license KEYS instead)\n"
+        "  --help           show this text\n"
+        "  --version        show the version\n"
+        "\n"
+        "Exit status: 0 success (no differences, a match), 1 differences or no match,\n"
+        "2 error.\n");
+}
+
+QString VersionText()
+{
+    return QStringLiteral("product-editor " PE_VERSION "\n");
+}

@@ -1,0 +1,47 @@
+#include "store/LoadReport.h"
+
+#include <QFileInfo>
+#include <QJsonParseError>
+
+namespace ProductEditor {
+
+namespace {
+
+// A reader returns nothing for a file it cannot read; the file itself says why.
+QString UnreadableReason(const QString &file)
+{
+    const QFileInfo info(file);
+    if (!info.exists())
+        return QStringLiteral("cannot be read: no such file");
+    if (info.isDir())
+        return QStringLiteral("is a folder, not a file");
+    if (!info.isReadable())
+        return QStringLiteral("cannot be read: permission denied");
+    return QString();
+}
+
+} // namespace
+
+QJsonDocument ParseJsonFile(const QString &file, const QByteArray &bytes, LoadProblem *problem)
+{
+    problem->file = file;
+    if (bytes.isEmpty()) {
+        problem->message = UnreadableReason(file);
+        if (!problem->message.isEmpty())
+            return QJsonDocument();
+    }
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
+    if (error.error == QJsonParseError::NoError)
+        return document;
+    const int offset = qBound(0, error.offset, bytes.size());
+    const int lineStart = offset > 0 ? bytes.lastIndexOf('\n', offset - 1) + 1 : 0;
+    problem->message = QStringLiteral("not valid JSON");
+    problem->parseError = error.errorString();
+    problem->offset = offset;
+    problem->line = bytes.left(offset).count('\n') + 1;
+    problem->column = offset - lineStart + 1;
+    return QJsonDocument();
+}
+
+} // namespace ProductEditor
