@@ -7,6 +7,7 @@
 #include "SyntheticFolder.h"
 
 #include "editor/CreateProductEditor.h"
+#include "store/DefaultLicenseCatalogue.h"
 #include "store/VantixJsonData.h"
 
 #include <QApplication>
@@ -58,10 +59,7 @@ void ShowWindow(benchmark::State &state)
     const QString &folder = FolderOnDisk(int(state.range(0)));
     const auto writer = [](const QString &, const QByteArray &) { return true; };
     const auto catalogue = [](ProductEditor::VantixJsonData &store) {
-        QMap<QString, QString> licenses;
-        for (const ProductEditor::ProductData &product : store.GetProducts().products)
-            licenses.insert(product.base, product.base);
-        return licenses;
+        return ProductEditor::DefaultLicenseCatalogue(store);
     };
     for (auto _ : state) {
         std::unique_ptr<QMainWindow> window(

@@ -1,5 +1,6 @@
 #include "store/ComparedDocument.h"
 
+#include "store/DefinitionKeys.h"
 #include "store/VantixJsonData.h"
 
 #include <QJsonArray>
@@ -21,10 +22,10 @@ ComparedDocument ProductsToCompare(const QJsonObject &productsResult, const QStr
 {
     ComparedDocument pair{leftId + QStringLiteral(" / ") + rightId, {}, {}};
     const QJsonArray products =
-        productsResult.value(QStringLiteral("products")).toObject().value(QStringLiteral("product")).toArray();
+        productsResult.value(Keys::kProducts).toObject().value(Keys::kProduct).toArray();
     for (const QJsonValue value : products) {
         const QJsonObject product = value.toObject();
-        const QString id = product.value(QStringLiteral("id")).toString();
+        const QString id = product.value(Keys::kId).toString();
         if (id == leftId)
             pair.left = product;
         else if (id == rightId)

@@ -1,5 +1,7 @@
 #include "store/LoadReport.h"
 
+#include "store/TextPosition.h"
+
 #include <QFileInfo>
 #include <QJsonParseError>
 
@@ -35,12 +37,12 @@ QJsonDocument ParseJsonFile(const QString &file, const QByteArray &bytes, LoadPr
     if (error.error == QJsonParseError::NoError)
         return document;
     const int offset = qBound(0, error.offset, bytes.size());
-    const int lineStart = offset > 0 ? bytes.lastIndexOf('\n', offset - 1) + 1 : 0;
+    const TextPosition position = TextPosition::Of(bytes, offset);
     problem->message = QStringLiteral("not valid JSON");
     problem->parseError = error.errorString();
     problem->offset = offset;
-    problem->line = bytes.left(offset).count('\n') + 1;
-    problem->column = offset - lineStart + 1;
+    problem->line = position.line;
+    problem->column = position.column;
     return QJsonDocument();
 }
 

@@ -1,5 +1,7 @@
 #include "store/ParsedDocument.h"
 
+#include "store/TextPosition.h"
+
 #include <QJsonDocument>
 #include <QJsonParseError>
 
@@ -9,10 +11,9 @@ namespace {
 
 void SetPosition(ParsedDocument &parsed, const QByteArray &bytes, int offset)
 {
-    const int end = qBound(0, offset, bytes.size());
-    const int lineStart = bytes.lastIndexOf('\n', end - 1) + 1;
-    parsed.line = bytes.left(end).count('\n') + 1;
-    parsed.column = QString::fromUtf8(bytes.constData() + lineStart, end - lineStart).size() + 1;
+    const TextPosition position = TextPosition::Of(bytes, offset);
+    parsed.line = position.line;
+    parsed.column = position.column;
 }
 
 } // namespace
