@@ -84,7 +84,8 @@ void FeaturesPage::_SetUpTables()
     TableLook licensesLook;
     licensesLook.singleSelection = true;
     licensesLook.horizontalHeader = false;
-    licensesLook.sortIndicator = false;
+    // Sorting shows the indicator of this hidden header, and the columns have
+    // always been measured with it.
     licensesLook.resizeModes = {{LicenseMarkColumn, QHeaderView::Fixed}};
     licensesLook.stretchLast = true;
     licensesLook.sorting = true;

@@ -58,7 +58,7 @@ void ProductsPage::_SetUpTables()
     TableLook licensesLook;
     licensesLook.hiddenColumns = {LicenseMarkColumn};
     licensesLook.horizontalHeader = false;
-    licensesLook.sortIndicator = false;
+    // As on the Features page, sorting keeps the indicator of the hidden header.
     licensesLook.resizeModes = {{LicenseMarkColumn, QHeaderView::Fixed}};
     licensesLook.stretchLast = true;
     licensesLook.sorting = true;

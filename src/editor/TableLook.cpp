@@ -20,16 +20,21 @@ void TableLook::ApplyTo(QTableView *view) const
         columns->setHighlightSections(false);
     if (stretchAll)
         columns->setSectionResizeMode(QHeaderView::Stretch);
-    view->setSortingEnabled(sorting);
-    if (viewSortColumn >= 0)
-        view->sortByColumn(viewSortColumn, Qt::AscendingOrder);
+    // Enabling sorting shows the sort indicator, which widens every header
+    // size hint, hidden header or not: tables sorted only in their model are
+    // measured with it, tables sorted by the view without it.
+    if (sorting && viewSortColumn < 0)
+        view->setSortingEnabled(true);
     if (modelSortColumn >= 0)
         view->model()->sort(modelSortColumn, Qt::AscendingOrder);
-    // Enabling sorting shows the indicator again.
-    if (!sortIndicator)
-        columns->setSortIndicatorShown(false);
     if (!stretchAll)
         view->resizeColumnsToContents();
+    if (sorting && viewSortColumn >= 0) {
+        view->setSortingEnabled(true);
+        view->sortByColumn(viewSortColumn, Qt::AscendingOrder);
+    }
+    if (!sortIndicator)
+        columns->setSortIndicatorShown(false);
     for (auto it = resizeModes.constBegin(); it != resizeModes.constEnd(); ++it)
         columns->setSectionResizeMode(it.key(), it.value());
     columns->setStretchLastSection(stretchLast);
