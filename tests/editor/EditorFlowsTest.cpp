@@ -3,7 +3,6 @@
 #include <QClipboard>
 #include <QDir>
 #include <QPointer>
-#include <QTableView>
 #include <QTreeView>
 
 namespace {
@@ -124,49 +123,30 @@ private slots:
 
     void toggleByColumn_data()
     {
-        QTest::addColumn<int>("page");
         QTest::addColumn<QString>("table");
-        QTest::addColumn<int>("nameColumn");
-        QTest::addColumn<QString>("flips"); // per clicked column, the columns whose mark flips
-        QTest::newRow("feature products") << 0 << "mp_lst_feature_product" << 1 << "0 -";
-        QTest::newRow("feature layouts") << 0 << "mp_lst_feature_layout" << 2 << "0 1 -";
-        QTest::newRow("specific licenses") << 0 << "mp_lst_specific_license" << 1 << "0 - -";
-        QTest::newRow("extension products") << 1 << "mp_lst_ext_product" << 0 << "- 1 2 3 4 5 6 -";
-        QTest::newRow("extension layouts") << 1 << "mp_lst_ext_layout" << 0 << "- 1 2 3 4 5 6 -";
-        QTest::newRow("extension licenses") << 1 << "mp_lst_ext_licenses" << 0 << "- - 2 3";
+        QTest::addColumn<QString>("toggled"); // per clicked column, whether the click flipped its mark
+        QTest::newRow("feature products") << "mp_lst_feature_product" << "0 - - -";
+        QTest::newRow("feature layouts") << "mp_lst_feature_layout" << "0 1 -";
+        QTest::newRow("specific licenses") << "mp_lst_specific_license" << "0 - -";
+        QTest::newRow("extension products") << "mp_lst_ext_product" << "- 1 2 3 4 5 6 -";
+        QTest::newRow("extension layouts") << "mp_lst_ext_layout" << "- 1 2 3 4 5 6 -";
+        QTest::newRow("extension licenses") << "mp_lst_ext_licenses" << "- - 2 3";
     }
 
     void toggleByColumn()
     {
-        QFETCH(int, page);
         QFETCH(QString, table);
-        QFETCH(int, nameColumn);
-        QFETCH(QString, flips);
-        editor->show(page);
+        QFETCH(QString, toggled);
         QAbstractItemModel *model = editor->model(qPrintable(table));
-        // Tables sorted by their marks move the row; follow it by its name.
-        const QVariant name = model->index(0, nameColumn).data();
-        const auto marks = [&] {
-            const int row = model->match(model->index(0, nameColumn), Qt::DisplayRole, name).value(0).row();
-            QStringList values = {QString::number(row)};
-            for (int column = 0; column < model->columnCount(); ++column)
-                values << model->index(row, column).data(Qt::UserRole).toString();
-            return values;
-        };
-        QStringList flipped;
+        QStringList columns;
         for (int column = 0; column < model->columnCount(); ++column) {
-            if (editor->find<QTableView>(table)->isColumnHidden(column))
-                continue;
-            const QStringList before = marks();
-            editor->click(qPrintable(table), before[0].toInt(), column);
-            const QStringList after = marks();
-            QStringList changed;
-            for (int i = 1; i < before.size(); ++i)
-                if (before[i] != after[i])
-                    changed << QString::number(i - 1);
-            flipped << (changed.isEmpty() ? "-" : changed.join(','));
+            // Tables sorted by their marks move the row; the index follows it.
+            const QPersistentModelIndex index = model->index(0, column);
+            const QVariant before = index.data(Qt::UserRole);
+            emit view(qPrintable(table))->clicked(index);
+            columns << (index.data(Qt::UserRole) == before ? "-" : QString::number(column));
         }
-        QCOMPARE(flipped.join(' '), flips);
+        QCOMPARE(columns.join(' '), toggled);
     }
 
     void extensionsPageAddsAndRemovesAll()
@@ -325,37 +305,30 @@ private slots:
         QCOMPARE(editor->diffTabs(), QStringList());
     }
 
-    void query_data()
+    // Each field feeds its own criterion; an empty field is no criterion at all.
+    void queryFieldsAndDoubleClick()
     {
-        QTest::addColumn<QStringList>("fields"); // id, title, products, layouts, licenses
-        QTest::addColumn<QStringList>("ids");
-        QTest::newRow("all empty") << QStringList({"", "", "", "", ""}) << QStringList({"file_open", "file_save", "mesh_cut"});
-        QTest::newRow("id") << QStringList({"FILE", "", "", "", ""}) << QStringList({"file_open", "file_save"});
-        QTest::newRow("title") << QStringList({"", "Cut", "", "", ""}) << QStringList({"mesh_cut"});
-        QTest::newRow("two products") << QStringList({"", "", "basic,pro", "", ""}) << QStringList({"file_open", "file_save"});
-        QTest::newRow("layout") << QStringList({"", "", "", "expert", ""}) << QStringList({"mesh_cut"});
-        QTest::newRow("license") << QStringList({"", "", "", "", "lic_addon"}) << QStringList({"file_save"});
-    }
-
-    void query()
-    {
-        QFETCH(QStringList, fields);
-        QFETCH(QStringList, ids);
-        int i = 0;
-        for (const char *name : {"mp_edt_filter_by_id", "mp_edt_filter_by_title", "mp_edt_filter_by_product",
-                                 "mp_edt_filter_by_layout", "mp_edt_filter_by_license"})
-            editor->find<QLineEdit>(name)->setText(fields.at(i++));
-        editor->find<QLineEdit>("mp_edt_search")->setText("open"); // hides the feature, not the query's rows
+        const QStringList fields = {"mp_edt_filter_by_id", "mp_edt_filter_by_title", "mp_edt_filter_by_product",
+                                    "mp_edt_filter_by_layout", "mp_edt_filter_by_license", ""};
+        const QStringList keys = {"FILE", "Cut", "basic,pro", "expert", "lic_addon", ""};
         QAbstractItemModel *model = editor->model("mp_tbl_query_result");
         QCOMPARE(model->rowCount(), 0);
-        editor->run("mp_btn_apply_query");
-        QStringList found = Column(model);
-        found.sort();
-        QCOMPARE(found, ids);
-        // A double click opens the feature on the Features page.
-        emit view("mp_tbl_query_result")->doubleClicked(model->match(model->index(0, 0), Qt::DisplayRole, ids.last()).value(0).siblingAtColumn(1));
+        QStringList found;
+        for (int i = 0; i < fields.size(); ++i) {
+            for (const QString &field : fields)
+                if (!field.isEmpty())
+                    editor->find<QLineEdit>(field)->setText(field == fields[i] ? keys[i] : QString());
+            editor->run("mp_btn_apply_query");
+            QStringList ids = Column(model);
+            found << (ids.sort(), ids.join(','));
+        }
+        QCOMPARE(found, QStringList({"file_open,file_save", "mesh_cut", "file_open,file_save", "mesh_cut", "file_save",
+                                     "file_open,file_save,mesh_cut"}));
+        // A double click opens the feature on the Features page, even one the search hides.
+        editor->find<QLineEdit>("mp_edt_search")->setText("open");
+        emit view("mp_tbl_query_result")->doubleClicked(model->match(model->index(0, 0), Qt::DisplayRole, "mesh_cut").value(0).siblingAtColumn(1));
         QCOMPARE(editor->page(), 0);
-        QCOMPARE(view("mp_lst_features")->currentIndex().data().toString() + '|' + editor->text("mp_edt_id"), ids.last() + '|' + ids.last());
+        QCOMPARE(view("mp_lst_features")->currentIndex().data().toString() + '|' + editor->text("mp_edt_id"), "mesh_cut|mesh_cut");
     }
 
     void copyFromQueryTable_data()
