@@ -17,6 +17,9 @@ namespace {
 
 const QString ProductsTab = QStringLiteral("Products");
 const int DiffColumnCount = 3;
+const int FirstTab = 0;
+// The tab bar goes between the Update button and the tree.
+const int TabBarPosition = 1;
 
 VantixFeaturesDiffModel *DiffModelOf(const QTabBar *tabBar, int index)
 {
@@ -76,7 +79,7 @@ ChangesPage::ChangesPage(Ui::VantixJSONEditorClass &ui, Model &model)
     , m_model(model)
     , m_tabBar(new QTabBar(ui.mp_tab_diff))
 {
-    ui.verticalLayout_4->insertWidget(1, m_tabBar);
+    ui.verticalLayout_4->insertWidget(TabBarPosition, m_tabBar);
     connect(ui.mp_btn_update, &QPushButton::clicked, this, &ChangesPage::_Update);
     connect(ui.mp_btn_apply_patch, &QPushButton::clicked, this, &ChangesPage::_ApplyChanges);
 }
@@ -134,20 +137,20 @@ void ChangesPage::_Rebuild(const QVector<ComparedDocument> &documents, Refresh r
         // Nothing changes the tree between two layouts, so it is measured once.
         const bool layout = i > 0;
         if (refresh == Refresh::PerLayout && layout && m_tabBar->count() > 0) {
-            if (m_ui.mp_tree_diff->model() != DiffModelOf(m_tabBar, 0))
-                ShowDiff(0);
+            if (m_ui.mp_tree_diff->model() != DiffModelOf(m_tabBar, FirstTab))
+                ShowDiff(FirstTab);
             m_ui.mp_btn_apply_patch->show();
         }
     }
     if (refresh == Refresh::AtEnd && m_tabBar->count() > 0)
-        ShowDiff(0);
+        ShowDiff(FirstTab);
 }
 
 void ChangesPage::_ClearTabs()
 {
     while (m_tabBar->count() > 0) {
-        delete DiffModelOf(m_tabBar, 0);
-        m_tabBar->removeTab(0);
+        delete DiffModelOf(m_tabBar, FirstTab);
+        m_tabBar->removeTab(FirstTab);
     }
 }
 

@@ -62,11 +62,7 @@ public:
     }
     ~DialogAnswers() override { qApp->removeEventFilter(this); }
 
-    DialogAnswers &Then(const QVariant &answer)
-    {
-        m_answers << answer;
-        return *this;
-    }
+    void Then(const QVariantList &answers) { m_answers += answers; }
     int Pending() const { return m_answers.size(); }
 
     QStringList log;
@@ -151,14 +147,6 @@ struct EditorUnderTest
         QApplication::setActiveWindow(window.get());
         QVERIFY(QTest::qWaitForWindowActive(window.get()));
         setPage(page);
-    }
-
-    void click(const char *view, int row, int column)
-    {
-        auto *v = find<QAbstractItemView>(view);
-        const QModelIndex index = v->model()->index(row, column);
-        v->scrollTo(index);
-        QTest::mouseClick(v->viewport(), Qt::LeftButton, {}, v->visualRect(index).center());
     }
 
     // The texts of the named fields and the marks of the named check boxes.

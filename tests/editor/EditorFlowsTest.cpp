@@ -24,6 +24,7 @@ class EditorFlowsTest : public QObject
     std::unique_ptr<EditorUnderTest> editor;
 
     QAbstractItemView *view(const char *name) const { return editor->find<QAbstractItemView>(name); }
+    void clickCell(const char *name, int row, int column) { emit view(name)->clicked(editor->model(name)->index(row, column)); }
     void select(const char *name, int row, int column = 0) { view(name)->setCurrentIndex(editor->model(name)->index(row, column)); }
     void setTitle(int row, const QString &title) { editor->model("mp_lst_features")->setData(editor->model("mp_lst_features")->index(row, 1), title); }
 
@@ -107,9 +108,7 @@ private slots:
         select(list, 1, column);
         if (feature)
             editor->find<QLineEdit>("mp_edt_search")->setText("file_s");
-        answers->Then(name);
-        if (refused)
-            answers->Then(QMessageBox::Ok);
+        answers->Then(refused ? QVariantList{name, QMessageBox::Ok} : QVariantList{name});
         editor->run(feature ? "mp_btn_duplicate" : "mp_btn_duplicate_product");
         const QString source = feature ? "file_save" : "pro";
         QCOMPARE(answers->log, QStringList(QStringLiteral("input | Input new %1 name | %2").arg(kind, source))
@@ -203,8 +202,7 @@ private slots:
         QFETCH(QString, state);
         setTitle(0, "Changed");
         select("mp_lst_licenses", 1, 1);
-        for (const QVariant &reply : replies)
-            answers->Then(reply);
+        answers->Then(replies);
         editor->run(action);
         QCOMPARE(answers->log, log);
         QCOMPARE(Column(editor->model("mp_lst_products"), 1).join(',') + '|' + Column(editor->model("mp_lst_licenses"), 1).join(',')
@@ -217,7 +215,7 @@ private slots:
         MemoryFolder &folder = editor->folder;
         folder.addFile("other/products/products.json", CanonicalProducts().replace("\"mesh_cut\"", "\"mesh_split\""));
         folder.addFolder("out");
-        answers->Then(folder.path("other")).Then(folder.path("out"));
+        answers->Then({folder.path("other"), folder.path("out")});
         editor->run("mp_run_load");
         // Layouts read before stay loaded, and name mesh_cut.
         QCOMPARE(Column(editor->model("mp_lst_features")), QStringList({"file_open", "file_save", "mesh_cut", "mesh_split"}));
@@ -228,10 +226,9 @@ private slots:
 
     void updateThenApplyTakesTheChosenSide()
     {
-        editor->show(0);
-        select("mp_lst_features", 2);                  // mesh_cut
-        editor->click("mp_lst_feature_product", 0, 0); // joins "basic"
-        editor->click("mp_lst_feature_layout", 1, 0);  // joins "main"
+        select("mp_lst_features", 2);                // mesh_cut
+        clickCell("mp_lst_feature_product", 0, 0); // joins "basic"
+        clickCell("mp_lst_feature_layout", 1, 0);  // joins "main"
         setTitle(2, "Slice");
         editor->run("mp_btn_update");
         QCOMPARE(editor->diffTabs(), QStringList({"Products", "main"}));
@@ -269,7 +266,7 @@ private slots:
     {
         editor->run("mp_btn_update");
         QCOMPARE(editor->diffTabs(), QStringList());
-        answers->Then({});
+        answers->Then({QVariant()});
         editor->run("mp_run_compare");
         QCOMPARE(editor->page(), 2);
         QCOMPARE(answers->log, Busy + QStringList("dialog | Open left"));
@@ -280,7 +277,7 @@ private slots:
         QPointer<QObject> first = editor->diffBar()->tabData(0).value<QObject *>();
         for (int round = 0; round < 2; ++round) {
             answers->log.clear();
-            answers->Then(QDir::tempPath()).Then(QDir::tempPath());
+            answers->Then({QDir::tempPath(), QDir::tempPath()});
             editor->run("mp_run_compare");
             QCOMPARE(answers->log, QStringList({"dialog | Open left", "dialog | Open right"}) + Busy);
         }
@@ -293,7 +290,7 @@ private slots:
 
     void compareProducts()
     {
-        answers->Then({}).Then("basic").Then(QVariant()); // the second choice cancelled takes the first remaining
+        answers->Then({QVariant(), "basic", QVariant()}); // the second choice cancelled takes the first remaining
         editor->run("mp_run_compare_product");
         QCOMPARE(editor->page(), 1);
         editor->run("mp_run_compare_product");
