@@ -130,7 +130,8 @@ void FeaturesPage::OpenFeature(const QModelIndex &source)
     const QModelIndex sourceId = source.sibling(source.row(), FeaturesModel::IdColumn);
     QAbstractItemModel *features = m_model.GetFeaturesModel();
     auto *search = qobject_cast<QAbstractProxyModel *>(features);
-    QModelIndex target = search ? search->mapFromSource(sourceId) : features->index(source.row(), FeaturesModel::IdColumn);
+    QModelIndex target =
+        search ? search->mapFromSource(sourceId) : features->index(source.row(), FeaturesModel::IdColumn);
     if (!target.isValid() && search) {
         // The search text hides the feature; show everything again.
         m_ui.mp_edt_search->clear();
@@ -166,7 +167,8 @@ void FeaturesPage::_FollowInsertedFeature(int first)
     QListView *view = m_ui.mp_lst_features;
     const QModelIndex source = m_model.GetSourceFeaturesModel()->index(first, FeaturesModel::IdColumn);
     auto *search = qobject_cast<QAbstractProxyModel *>(view->model());
-    const QModelIndex shown = search ? search->mapFromSource(source) : view->model()->index(first, FeaturesModel::IdColumn);
+    const QModelIndex shown =
+        search ? search->mapFromSource(source) : view->model()->index(first, FeaturesModel::IdColumn);
     if (shown.isValid())
         view->selectionModel()->setCurrentIndex(shown, SelectCurrent);
 }

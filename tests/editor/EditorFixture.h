@@ -119,10 +119,12 @@ struct EditorUnderTest
     explicit EditorUnderTest(bool withLayouts = true)
     {
         folder.addFile("defs/products/products.json", CanonicalProducts());
-        withLayouts ? folder.addFile("defs/layouts/workspace.json", CanonicalLayouts()) : folder.addFolder("defs/layouts");
+        withLayouts ? folder.addFile("defs/layouts/workspace.json", CanonicalLayouts())
+                    : folder.addFolder("defs/layouts");
+        const QMap<QString, QString> catalogue = {
+            {"lic_addon", "Add-on"}, {"lic_basic", "Basic"}, {"lic_pro", "Professional"}};
         window.reset(ProductEditor::CreateProductEditor(folder.path("defs"), folder.reader(), folder.writer(),
-                                                        {{"lic_addon", "Add-on"}, {"lic_basic", "Basic"}, {"lic_pro", "Professional"}},
-                                                        nullptr));
+                                                        catalogue, nullptr));
     }
 
     template<typename T = QWidget>

@@ -24,9 +24,13 @@ class EditorFlowsTest : public QObject
     std::unique_ptr<EditorUnderTest> editor;
 
     QAbstractItemView *view(const char *name) const { return editor->find<QAbstractItemView>(name); }
-    void clickCell(const char *name, int row, int column) { emit view(name)->clicked(editor->model(name)->index(row, column)); }
-    void select(const char *name, int row, int column = 0) { view(name)->setCurrentIndex(editor->model(name)->index(row, column)); }
-    void setTitle(int row, const QString &title) { editor->model("mp_lst_features")->setData(editor->model("mp_lst_features")->index(row, 1), title); }
+    QModelIndex cell(const char *name, int row, int column) const { return editor->model(name)->index(row, column); }
+    void clickCell(const char *name, int row, int column) { emit view(name)->clicked(cell(name, row, column)); }
+    void select(const char *name, int row, int column = 0) { view(name)->setCurrentIndex(cell(name, row, column)); }
+    void setTitle(int row, const QString &title)
+    {
+        editor->model("mp_lst_features")->setData(cell("mp_lst_features", row, 1), title);
+    }
 
 private slots:
     void init()
@@ -111,13 +115,13 @@ private slots:
         answers->Then(refused ? QVariantList{name, QMessageBox::Ok} : QVariantList{name});
         editor->run(feature ? "mp_btn_duplicate" : "mp_btn_duplicate_product");
         const QString source = feature ? "file_save" : "pro";
-        QCOMPARE(answers->log, QStringList(QStringLiteral("input | Input new %1 name | %2").arg(kind, source))
-                                   + (refused ? QStringList(Warning.arg(feature ? "Feature" : "Product", name)) : QStringList()));
+        QStringList log = {QStringLiteral("input | Input new %1 name | %2").arg(kind, source)};
+        QCOMPARE(answers->log, refused ? log << Warning.arg(feature ? "Feature" : "Product", name) : log);
         QCOMPARE(Column(editor->model(list), column), ids);
         QCOMPARE(view(list)->currentIndex().siblingAtColumn(column).data().toString(), refused ? source : name);
         QCOMPARE(editor->text("mp_edt_search").isEmpty(), !feature || !refused);
         if (!feature && !refused)
-            QCOMPARE(view("mp_lst_feature_product")->currentIndex(), editor->model("mp_lst_feature_product")->index(0, 0));
+            QCOMPARE(view("mp_lst_feature_product")->currentIndex(), cell("mp_lst_feature_product", 0, 0));
     }
 
     void toggleByColumn_data()
@@ -171,27 +175,32 @@ private slots:
         QTest::addColumn<QVariantList>("replies");
         QTest::addColumn<QStringList>("log");
         QTest::addColumn<QString>("state"); // products | licence names | title of the first feature
-        const QString product = "4 | Remove product | Are you sure? Product will be deleted without possibility to revert changes",
-                      license = "4 | Remove license | Are you sure? License will be deleted without possibility to revert changes",
+        const auto row = [](const char *name, const char *action, const QVariantList &replies, const QStringList &log,
+                            const char *state = "basic,pro|lic_addon,lic_basic,lic_pro|Changed") {
+            QTest::newRow(name) << QString(action) << replies << log << QString(state);
+        };
+        const QString product = "4 | Remove product | Are you sure? Product will be deleted without possibility to "
+                                "revert changes",
+                      license = "4 | Remove license | Are you sure? License will be deleted without possibility to "
+                                "revert changes",
                       reload = "4 | Reload | You will lost all your changes, are you sure?",
-                      input = "input | Input new license | ", same = "basic,pro|lic_addon,lic_basic,lic_pro|Changed";
-        QTest::newRow("remove product, no") << "mp_btn_remove_product" << QVariantList{QMessageBox::No} << QStringList(product) << same;
-        QTest::newRow("remove product, yes") << "mp_btn_remove_product" << QVariantList{QMessageBox::Yes}
-                                             << QStringList(product) << "pro|lic_addon,lic_basic,lic_pro|Changed";
-        QTest::newRow("reload, no") << "mp_run_reload" << QVariantList{QMessageBox::No} << QStringList(reload) << same;
-        QTest::newRow("reload, yes") << "mp_run_reload" << QVariantList{QMessageBox::Yes} << QStringList(reload)
-                                     << "basic,pro|lic_addon,lic_basic,lic_pro|Open";
-        QTest::newRow("remove license, no") << "mp_btn_remove_current_lic" << QVariantList{QMessageBox::No} << QStringList(license) << same;
-        QTest::newRow("remove basic license") << "mp_btn_remove_current_lic" << QVariantList{QMessageBox::Yes, QMessageBox::Ok}
-            << QStringList({license, "3 | Remove license | This license is basic, you can't remove basic license"}) << same;
+                      input = "input | Input new license | ";
+        row("remove product, no", "mp_btn_remove_product", {QMessageBox::No}, {product});
+        row("remove product, yes", "mp_btn_remove_product", {QMessageBox::Yes}, {product},
+            "pro|lic_addon,lic_basic,lic_pro|Changed");
+        row("reload, no", "mp_run_reload", {QMessageBox::No}, {reload});
+        row("reload, yes", "mp_run_reload", {QMessageBox::Yes}, {reload}, "basic,pro|lic_addon,lic_basic,lic_pro|Open");
+        row("remove license, no", "mp_btn_remove_current_lic", {QMessageBox::No}, {license});
+        row("remove basic license", "mp_btn_remove_current_lic", {QMessageBox::Yes, QMessageBox::Ok},
+            {license, "3 | Remove license | This license is basic, you can't remove basic license"});
         // The display text, not the key, is what a new licence is compared with.
-        QTest::newRow("add license, taken") << "mp_btn_add_licenses" << QVariantList{"Professional", QMessageBox::Ok}
-                                            << QStringList({input, Warning.arg("License", "Professional")}) << same;
+        row("add license, taken", "mp_btn_add_licenses", {"Professional", QMessageBox::Ok},
+            {input, Warning.arg("License", "Professional")});
         // The catalogue table takes no new rows, silently.
-        QTest::newRow("add license, new") << "mp_btn_add_licenses" << QVariantList{"Enterprise"} << QStringList(input) << same;
-        QTest::newRow("add license, cancelled") << "mp_btn_add_licenses" << QVariantList{QVariant()} << QStringList(input) << same;
-        QTest::newRow("load, cancelled") << "mp_run_load" << QVariantList{QVariant()} << QStringList("dialog | Open") << same;
-        QTest::newRow("save as, cancelled") << "mp_run_save_as" << QVariantList{QVariant()} << QStringList("dialog | Save as") << same;
+        row("add license, new", "mp_btn_add_licenses", {"Enterprise"}, {input});
+        row("add license, cancelled", "mp_btn_add_licenses", {QVariant()}, {input});
+        row("load, cancelled", "mp_run_load", {QVariant()}, {"dialog | Open"});
+        row("save as, cancelled", "mp_run_save_as", {QVariant()}, {"dialog | Save as"});
     }
 
     void dialogs()
@@ -205,8 +214,9 @@ private slots:
         answers->Then(replies);
         editor->run(action);
         QCOMPARE(answers->log, log);
-        QCOMPARE(Column(editor->model("mp_lst_products"), 1).join(',') + '|' + Column(editor->model("mp_lst_licenses"), 1).join(',')
-                     + '|' + editor->text("mp_edt_title"), state);
+        const QString products = Column(editor->model("mp_lst_products"), 1).join(',');
+        const QString licenses = Column(editor->model("mp_lst_licenses"), 1).join(',');
+        QCOMPARE(products + '|' + licenses + '|' + editor->text("mp_edt_title"), state);
         QVERIFY(editor->folder.written.isEmpty());
     }
 
@@ -218,7 +228,8 @@ private slots:
         answers->Then({folder.path("other"), folder.path("out")});
         editor->run("mp_run_load");
         // Layouts read before stay loaded, and name mesh_cut.
-        QCOMPARE(Column(editor->model("mp_lst_features")), QStringList({"file_open", "file_save", "mesh_cut", "mesh_split"}));
+        QCOMPARE(Column(editor->model("mp_lst_features")),
+                 QStringList({"file_open", "file_save", "mesh_cut", "mesh_split"}));
         editor->run("mp_run_save_as");
         QVERIFY(editor->written("out/products/products.json")["features"]["feature"].toArray().contains(
             QJsonObject({{"id", "mesh_split"}, {"title", "Cut"}, {"emergency", true}, {"visual", false}})));
@@ -294,8 +305,9 @@ private slots:
         editor->run("mp_run_compare_product");
         QCOMPARE(editor->page(), 1);
         editor->run("mp_run_compare_product");
-        QCOMPARE(answers->log, QStringList({"input | Please, select Left Product:  | basic", "input | Please, select Left Product:  | basic",
-                                            "input | Please, select Right Product:  | pro", "busy: Building basic / pro diff ..."}));
+        const QString left = "input | Please, select Left Product:  | basic";
+        QCOMPARE(answers->log, QStringList({left, left, "input | Please, select Right Product:  | pro",
+                                            "busy: Building basic / pro diff ..."}));
         QCOMPARE(editor->page(), 2);
         QVERIFY(editor->find("mp_btn_apply_patch")->isHidden());
         // Two products never share an id, so the diff engine reports them as not comparable.
@@ -323,9 +335,11 @@ private slots:
                                      "file_open,file_save,mesh_cut"}));
         // A double click opens the feature on the Features page, even one the search hides.
         editor->find<QLineEdit>("mp_edt_search")->setText("open");
-        emit view("mp_tbl_query_result")->doubleClicked(model->match(model->index(0, 0), Qt::DisplayRole, "mesh_cut").value(0).siblingAtColumn(1));
+        const QModelIndex meshCut = model->match(model->index(0, 0), Qt::DisplayRole, "mesh_cut").value(0);
+        emit view("mp_tbl_query_result")->doubleClicked(meshCut.siblingAtColumn(1));
         QCOMPARE(editor->page(), 0);
-        QCOMPARE(view("mp_lst_features")->currentIndex().data().toString() + '|' + editor->text("mp_edt_id"), "mesh_cut|mesh_cut");
+        QCOMPARE(view("mp_lst_features")->currentIndex().data().toString(), "mesh_cut");
+        QCOMPARE(editor->text("mp_edt_id"), "mesh_cut");
     }
 
     void copyFromQueryTable_data()
@@ -335,7 +349,8 @@ private slots:
         QTest::addColumn<bool>("toTable");
         QTest::addColumn<bool>("copies");
         QTest::newRow("to the window") << 4 << int(Qt::ControlModifier) << false << true;
-        QTest::newRow("to the table") << 4 << int(Qt::ControlModifier) << true << true; // wins over the table's own copy
+        // The window's copy wins over the table's own one-cell copy.
+        QTest::newRow("to the table") << 4 << int(Qt::ControlModifier) << true << true;
         QTest::newRow("other page") << 0 << int(Qt::ControlModifier) << false << false;
         QTest::newRow("plain C") << 4 << int(Qt::NoModifier) << false << false;
     }
@@ -351,13 +366,15 @@ private slots:
         QAbstractItemView *table = view("mp_tbl_query_result");
         QAbstractItemModel *model = table->model();
         table->selectionModel()->clearSelection();
-        for (const QModelIndex &index : {model->index(2, 1), model->index(0, 1), model->index(2, 0), model->index(0, 0)})
+        for (const QModelIndex &index :
+             {model->index(2, 1), model->index(0, 1), model->index(2, 0), model->index(0, 0)})
             table->selectionModel()->select(index, QItemSelectionModel::Select);
         table->setFocus();
         QTRY_VERIFY(table->hasFocus());
         editor->setPage(page);
         QGuiApplication::clipboard()->setText("untouched");
-        QTest::keyClick(toTable ? static_cast<QWidget *>(table) : editor->window.get(), Qt::Key_C, Qt::KeyboardModifiers(modifiers));
+        QWidget *target = toTable ? static_cast<QWidget *>(table) : editor->window.get();
+        QTest::keyClick(target, Qt::Key_C, Qt::KeyboardModifiers(modifiers));
         const auto cell = [model](int row, int column) { return model->index(row, column).data().toString(); };
         QCOMPARE(QGuiApplication::clipboard()->text(),
                  copies ? cell(0, 0) + '\t' + cell(0, 1) + '\n' + cell(2, 0) + '\t' + cell(2, 1) : "untouched");
@@ -371,7 +388,8 @@ private slots:
         tree->setColumnWidth(0, 5);
         tree->setColumnWidth(1, 5);
         tree->expand(tree->model()->index(1, 0));
-        QVERIFY(tree->columnWidth(0) > QFontMetrics(tree->font()).horizontalAdvance("extensions") && tree->columnWidth(1) > 5);
+        QVERIFY(tree->columnWidth(0) > QFontMetrics(tree->font()).horizontalAdvance("extensions"));
+        QVERIFY(tree->columnWidth(1) > 5);
     }
 };
 

@@ -40,7 +40,8 @@ private slots:
     void namedWidgets()
     {
         QMap<QString, QStringList> names;
-        for (QWidget *widget : editor->window->findChildren<QWidget *>(QRegularExpression("^mp_(btn|chk|edt|lst|tbl|tree)_")))
+        const QRegularExpression named("^mp_(btn|chk|edt|lst|tbl|tree)_");
+        for (QWidget *widget : editor->window->findChildren<QWidget *>(named))
             names[widget->metaObject()->className()] << widget->objectName().mid(3);
         QStringList kinds;
         for (auto it = names.begin(); it != names.end(); ++it)
@@ -66,7 +67,8 @@ private slots:
         QStringList texts;
         for (const char *name : {"mp_btn_duplicate", "mp_chk_ext_slice_support"})
             texts << editor->find(name)->property("text").toString();
-        for (const char *name : {"mp_edt_search", "mp_edt_filter_by_id", "mp_edt_filter_by_title", "mp_edt_filter_by_layout"})
+        for (const char *name :
+             {"mp_edt_search", "mp_edt_filter_by_id", "mp_edt_filter_by_title", "mp_edt_filter_by_layout"})
             texts << editor->find(name)->property("placeholderText").toString();
         const QString keys = "Type text or left empty. Use comma to search by several keys";
         QCOMPARE(texts, QStringList({"Duplicate ", "Sclice support", "Search...", keys,
@@ -77,9 +79,13 @@ private slots:
     void labelsCarryStyling()
     {
         QStringList labels;
-        for (QLabel *label : editor->window->findChildren<QLabel *>(QRegularExpression("^label")))
-            labels << QStringLiteral("%1=%2 %3").arg(label->property("Styling").typeName())
-                          .arg(*static_cast<const int *>(label->property("Styling").constData())).arg(label->property("StylingEnabled").toBool());
+        for (QLabel *label : editor->window->findChildren<QLabel *>(QRegularExpression("^label"))) {
+            const QVariant styling = label->property("Styling");
+            labels << QStringLiteral("%1=%2 %3")
+                          .arg(styling.typeName())
+                          .arg(*static_cast<const int *>(styling.constData()))
+                          .arg(label->property("StylingEnabled").toBool());
+        }
         QCOMPARE(labels.size(), 13);
         QCOMPARE(labels.filter("Vantix::UI::Fonts::FontType=4 1").size(), 13);
     }
