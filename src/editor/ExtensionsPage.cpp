@@ -1,6 +1,7 @@
 #include "editor/ExtensionsPage.h"
 
 #include "editor/PageTools.h"
+#include "editor/TableColumns.h"
 #include "editor/TableLook.h"
 #include "models/ExtensionsModel.h"
 #include "models/IconDelegate.h"
@@ -10,13 +11,6 @@
 namespace ProductEditor {
 
 using namespace PageTools;
-
-namespace {
-// The product and layout tables name the row in column 0 and mark the six
-// roles after it; the licence table marks import and export.
-enum { AccessNameColumn, FirstRoleColumn, LastRoleColumn = 6 };
-enum { LicenseNameColumn, LicenseTextColumn, LicenseImportColumn, LicenseExportColumn };
-} // namespace
 
 ExtensionsPage::ExtensionsPage(Ui::VantixJSONEditorClass &ui, Model &model)
     : m_ui(ui)
@@ -46,26 +40,26 @@ void ExtensionsPage::_SetUpTables()
     IconDelegate *delegate = CreateIconDelegate(m_ui.mp_tab_extensions);
     TableLook accessLook;
     accessLook.highlightSections = false;
-    accessLook.resizeModes = {{AccessNameColumn, QHeaderView::Stretch}};
-    for (int column = FirstRoleColumn; column <= LastRoleColumn; ++column)
+    accessLook.resizeModes = {{AccessColumn::Name, QHeaderView::Stretch}};
+    for (int column = AccessColumn::FirstRole; column <= AccessColumn::LastRole; ++column)
         accessLook.resizeModes.insert(column, QHeaderView::Fixed);
     for (QTableView *view : {m_ui.mp_lst_ext_product, m_ui.mp_lst_ext_layout}) {
-        for (int column = FirstRoleColumn; column <= LastRoleColumn; ++column)
+        for (int column = AccessColumn::FirstRole; column <= AccessColumn::LastRole; ++column)
             view->setItemDelegateForColumn(column, delegate);
         accessLook.ApplyTo(view);
     }
 
     QTableView *licenses = m_ui.mp_lst_ext_licenses;
-    licenses->setItemDelegateForColumn(LicenseImportColumn, delegate);
-    licenses->setItemDelegateForColumn(LicenseExportColumn, delegate);
+    licenses->setItemDelegateForColumn(ExtensionLicenseColumn::Import, delegate);
+    licenses->setItemDelegateForColumn(ExtensionLicenseColumn::Export, delegate);
     TableLook licensesLook;
     licensesLook.highlightSections = false;
     licensesLook.sorting = true;
-    licensesLook.modelSortColumn = LicenseImportColumn;
-    licensesLook.resizeModes = {{LicenseNameColumn, QHeaderView::Fixed},
-                                {LicenseTextColumn, QHeaderView::Stretch},
-                                {LicenseImportColumn, QHeaderView::Fixed},
-                                {LicenseExportColumn, QHeaderView::Fixed}};
+    licensesLook.modelSortColumn = ExtensionLicenseColumn::Import;
+    licensesLook.resizeModes = {{ExtensionLicenseColumn::Name, QHeaderView::Fixed},
+                                {ExtensionLicenseColumn::Text, QHeaderView::Stretch},
+                                {ExtensionLicenseColumn::Import, QHeaderView::Fixed},
+                                {ExtensionLicenseColumn::Export, QHeaderView::Fixed}};
     licensesLook.ApplyTo(licenses);
 }
 
@@ -86,11 +80,11 @@ void ExtensionsPage::_Connect()
         if (current.isValid())
             extensions->removeRow(current.row());
     });
-    const auto roleColumns = [](int column) { return column != AccessNameColumn; };
+    const auto roleColumns = [](int column) { return column != AccessColumn::Name; };
     ToggleOnClick(ui.mp_lst_ext_product, this, roleColumns);
     ToggleOnClick(ui.mp_lst_ext_layout, this, roleColumns);
     ToggleOnClick(ui.mp_lst_ext_licenses, this, [](int column) {
-        return column == LicenseImportColumn || column == LicenseExportColumn;
+        return column == ExtensionLicenseColumn::Import || column == ExtensionLicenseColumn::Export;
     });
 }
 

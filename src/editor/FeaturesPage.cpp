@@ -2,6 +2,7 @@
 
 #include "editor/PageTools.h"
 #include "editor/TabIndex.h"
+#include "editor/TableColumns.h"
 #include "editor/TableLook.h"
 #include "models/FeaturesModel.h"
 #include "models/IconDelegate.h"
@@ -17,13 +18,6 @@
 namespace ProductEditor {
 
 using namespace PageTools;
-
-namespace {
-// Columns of the feature-products, product-layouts and product-licences tables.
-enum { ProductMarkColumn, ProductIdColumn, ProductSuffixColumn, ProductBaseLicenseColumn };
-enum { LayoutFeatureMarkColumn, LayoutProductMarkColumn };
-enum { LicenseMarkColumn };
-} // namespace
 
 FeaturesPage::FeaturesPage(Ui::VantixJSONEditorClass &ui, Model &model, QWidget *window)
     : m_ui(ui)
@@ -45,7 +39,7 @@ FeaturesPage::FeaturesPage(Ui::VantixJSONEditorClass &ui, Model &model, QWidget 
     QDataWidgetMapper *visibleMapper = MapWidget(list, ui.mp_chk_visible, FeaturesModel::VisibleColumn, "checked");
     MapWidget(list, ui.mp_chk_emergency, FeaturesModel::EmergencyColumn, "checked");
     QDataWidgetMapper *baseLicenseMapper =
-        MapWidget(ui.mp_lst_feature_product, ui.mp_edt_base_license, ProductBaseLicenseColumn, "text");
+        MapWidget(ui.mp_lst_feature_product, ui.mp_edt_base_license, ProductColumn::BaseLicense, "text");
 
     _SetUpTables();
     _Connect(visibleMapper, baseLicenseMapper);
@@ -58,38 +52,38 @@ FeaturesPage::FeaturesPage(Ui::VantixJSONEditorClass &ui, Model &model, QWidget 
 void FeaturesPage::_SetUpTables()
 {
     QTableView *products = m_ui.mp_lst_feature_product;
-    products->setItemDelegateForColumn(ProductMarkColumn, CreateIconDelegate(products));
+    products->setItemDelegateForColumn(ProductColumn::Mark, CreateIconDelegate(products));
     TableLook productsLook;
     productsLook.singleSelection = true;
     productsLook.horizontalHeader = false;
-    productsLook.hiddenColumns = {ProductBaseLicenseColumn, ProductSuffixColumn};
-    productsLook.resizeModes = {{ProductMarkColumn, QHeaderView::Fixed}};
+    productsLook.hiddenColumns = {ProductColumn::BaseLicense, ProductColumn::Suffix};
+    productsLook.resizeModes = {{ProductColumn::Mark, QHeaderView::Fixed}};
     productsLook.stretchLast = true;
     productsLook.sorting = true;
-    productsLook.viewSortColumn = ProductIdColumn;
+    productsLook.viewSortColumn = ProductColumn::Id;
     productsLook.ApplyTo(products);
 
     QTableView *layouts = m_ui.mp_lst_feature_layout;
     IconDelegate *layoutDelegate = CreateIconDelegate(layouts);
-    layouts->setItemDelegateForColumn(LayoutFeatureMarkColumn, layoutDelegate);
-    layouts->setItemDelegateForColumn(LayoutProductMarkColumn, layoutDelegate);
+    layouts->setItemDelegateForColumn(LayoutColumn::FeatureMark, layoutDelegate);
+    layouts->setItemDelegateForColumn(LayoutColumn::ProductMark, layoutDelegate);
     TableLook layoutsLook;
     layoutsLook.highlightSections = false;
-    layoutsLook.resizeModes = {{LayoutFeatureMarkColumn, QHeaderView::Fixed}};
+    layoutsLook.resizeModes = {{LayoutColumn::FeatureMark, QHeaderView::Fixed}};
     layoutsLook.stretchLast = true;
     layoutsLook.ApplyTo(layouts);
 
     QTableView *licenses = m_ui.mp_lst_specific_license;
-    licenses->setItemDelegateForColumn(LicenseMarkColumn, CreateIconDelegate(licenses));
+    licenses->setItemDelegateForColumn(LicenseColumn::Mark, CreateIconDelegate(licenses));
     TableLook licensesLook;
     licensesLook.singleSelection = true;
     licensesLook.horizontalHeader = false;
     // Sorting shows the indicator of this hidden header, and the columns have
     // always been measured with it.
-    licensesLook.resizeModes = {{LicenseMarkColumn, QHeaderView::Fixed}};
+    licensesLook.resizeModes = {{LicenseColumn::Mark, QHeaderView::Fixed}};
     licensesLook.stretchLast = true;
     licensesLook.sorting = true;
-    licensesLook.modelSortColumn = LicenseMarkColumn;
+    licensesLook.modelSortColumn = LicenseColumn::Mark;
     licensesLook.ApplyTo(licenses);
 }
 
@@ -102,15 +96,15 @@ void FeaturesPage::_Connect(QDataWidgetMapper *visibleMapper, QDataWidgetMapper 
             &FeaturesPage::_FeatureChanged);
     QItemSelectionModel *products = ui.mp_lst_feature_product->selectionModel();
     connect(products, &QItemSelectionModel::currentChanged, this, [this](const QModelIndex &current) {
-        m_model.SelectProduct(current.sibling(current.row(), ProductIdColumn).data().toString());
+        m_model.SelectProduct(current.sibling(current.row(), ProductColumn::Id).data().toString());
     });
     connect(products, &QItemSelectionModel::currentChanged, this,
             [baseLicenseMapper](const QModelIndex &current) { baseLicenseMapper->setCurrentIndex(current.row()); });
-    ToggleOnClick(ui.mp_lst_feature_product, this, [](int column) { return column == ProductMarkColumn; });
+    ToggleOnClick(ui.mp_lst_feature_product, this, [](int column) { return column == ProductColumn::Mark; });
     ToggleOnClick(ui.mp_lst_feature_layout, this, [](int column) {
-        return column == LayoutFeatureMarkColumn || column == LayoutProductMarkColumn;
+        return column == LayoutColumn::FeatureMark || column == LayoutColumn::ProductMark;
     });
-    ToggleOnClick(ui.mp_lst_specific_license, this, [](int column) { return column == LicenseMarkColumn; });
+    ToggleOnClick(ui.mp_lst_specific_license, this, [](int column) { return column == LicenseColumn::Mark; });
     connect(ui.mp_edt_search, &QLineEdit::textChanged, this, [this](const QString &text) {
         m_model.SetFilter(text);
         m_ui.mp_lst_features->scrollTo(m_ui.mp_lst_features->currentIndex());
@@ -144,7 +138,7 @@ void FeaturesPage::OpenFeature(const QModelIndex &source)
 
 void FeaturesPage::SelectFirstProduct()
 {
-    MakeCurrent(m_ui.mp_lst_feature_product, 0, ProductMarkColumn, SelectCurrentRow);
+    MakeCurrent(m_ui.mp_lst_feature_product, 0, ProductColumn::Mark, SelectCurrentRow);
 }
 
 void FeaturesPage::_FeatureChanged(const QModelIndex &current)
@@ -155,8 +149,8 @@ void FeaturesPage::_FeatureChanged(const QModelIndex &current)
                       ui.mp_chk_visible},
                      current);
     m_model.SelectFeature(current.data().toString());
-    m_model.SelectProduct(m_model.GetFeatureProductsModel()->index(0, ProductIdColumn).data().toString());
-    MakeCurrent(ui.mp_lst_feature_product, 0, ProductIdColumn, SelectCurrentRow);
+    m_model.SelectProduct(m_model.GetFeatureProductsModel()->index(0, ProductColumn::Id).data().toString());
+    MakeCurrent(ui.mp_lst_feature_product, 0, ProductColumn::Id, SelectCurrentRow);
 }
 
 // A feature the table gains (added or renamed) becomes current. The search

@@ -2,6 +2,7 @@
 
 #include "editor/FeaturesPage.h"
 #include "editor/PageTools.h"
+#include "editor/TableColumns.h"
 #include "editor/TableLook.h"
 #include "models/Model.h"
 #include "store/VantixJsonData.h"
@@ -15,12 +16,6 @@ namespace ProductEditor {
 
 using namespace PageTools;
 
-namespace {
-enum { ProductMarkColumn, ProductIdColumn, ProductSuffixColumn, ProductBaseLicenseColumn };
-enum { LicenseMarkColumn, LicenseNameColumn, LicenseTextColumn };
-enum { LayoutNameColumn = 2 };
-} // namespace
-
 ProductsPage::ProductsPage(Ui::VantixJSONEditorClass &ui, Model &model, QWidget *window, FeaturesPage &features)
     : m_ui(ui)
     , m_model(model)
@@ -31,38 +26,38 @@ ProductsPage::ProductsPage(Ui::VantixJSONEditorClass &ui, Model &model, QWidget 
     ui.mp_lst_licenses->setModel(model.GetLicensesModel());
     _SetUpTables();
     ui.mp_lst_layouts->setModel(model.GetLayoutsModel());
-    ui.mp_lst_layouts->setModelColumn(LayoutNameColumn);
+    ui.mp_lst_layouts->setModelColumn(LayoutColumn::Name);
 
     connect(ui.mp_btn_duplicate_product, &QPushButton::clicked, this, &ProductsPage::_DuplicateProduct);
     connect(ui.mp_btn_remove_product, &QPushButton::clicked, this, &ProductsPage::_RemoveProduct);
     connect(ui.mp_btn_add_licenses, &QPushButton::clicked, this, &ProductsPage::_AddLicense);
     connect(ui.mp_btn_remove_current_lic, &QPushButton::clicked, this, &ProductsPage::_RemoveLicense);
 
-    MakeCurrent(ui.mp_lst_products, 0, ProductIdColumn, SelectCurrentRow);
+    MakeCurrent(ui.mp_lst_products, 0, ProductColumn::Id, SelectCurrentRow);
 }
 
 void ProductsPage::_SetUpTables()
 {
     TableLook productsLook;
     productsLook.singleSelection = true;
-    productsLook.hiddenColumns = {ProductMarkColumn};
-    productsLook.resizeModes = {{ProductIdColumn, QHeaderView::Stretch},
-                                {ProductSuffixColumn, QHeaderView::Fixed},
-                                {ProductBaseLicenseColumn, QHeaderView::Fixed}};
+    productsLook.hiddenColumns = {ProductColumn::Mark};
+    productsLook.resizeModes = {{ProductColumn::Id, QHeaderView::Stretch},
+                                {ProductColumn::Suffix, QHeaderView::Fixed},
+                                {ProductColumn::BaseLicense, QHeaderView::Fixed}};
     productsLook.sorting = true;
-    productsLook.viewSortColumn = ProductIdColumn;
+    productsLook.viewSortColumn = ProductColumn::Id;
     productsLook.highlightSections = false;
     productsLook.sortIndicator = false;
     productsLook.ApplyTo(m_ui.mp_lst_products);
 
     TableLook licensesLook;
-    licensesLook.hiddenColumns = {LicenseMarkColumn};
+    licensesLook.hiddenColumns = {LicenseColumn::Mark};
     licensesLook.horizontalHeader = false;
     // As on the Features page, sorting keeps the indicator of the hidden header.
-    licensesLook.resizeModes = {{LicenseMarkColumn, QHeaderView::Fixed}};
+    licensesLook.resizeModes = {{LicenseColumn::Mark, QHeaderView::Fixed}};
     licensesLook.stretchLast = true;
     licensesLook.sorting = true;
-    licensesLook.modelSortColumn = LicenseTextColumn;
+    licensesLook.modelSortColumn = LicenseColumn::Text;
     licensesLook.ApplyTo(m_ui.mp_lst_licenses);
 }
 
@@ -70,7 +65,7 @@ void ProductsPage::_DuplicateProduct()
 {
     QTableView *view = m_ui.mp_lst_products;
     QAbstractItemModel *products = m_model.GetProductsModel();
-    const QString currentId = products->index(view->currentIndex().row(), ProductIdColumn).data().toString();
+    const QString currentId = products->index(view->currentIndex().row(), ProductColumn::Id).data().toString();
     QString newName = currentId;
     if (!AskText(m_window, QStringLiteral("Input new product name"), newName))
         return;
@@ -84,7 +79,7 @@ void ProductsPage::_DuplicateProduct()
         return;
     }
     data.DuplicateProductFrom(currentId, newName);
-    view->scrollTo(MakeCurrent(view, products->rowCount() - 1, ProductIdColumn, SelectCurrentRow));
+    view->scrollTo(MakeCurrent(view, products->rowCount() - 1, ProductColumn::Id, SelectCurrentRow));
     m_features.SelectFirstProduct();
 }
 
@@ -111,7 +106,7 @@ void ProductsPage::_AddLicense()
     }
     QAbstractItemModel *licenses = m_model.GetLicensesModel();
     if (licenses->insertRow(licenses->rowCount()))
-        licenses->setData(licenses->index(licenses->rowCount() - 1, LicenseNameColumn), name, Qt::EditRole);
+        licenses->setData(licenses->index(licenses->rowCount() - 1, LicenseColumn::Name), name, Qt::EditRole);
 }
 
 void ProductsPage::_RemoveLicense()
@@ -123,7 +118,7 @@ void ProductsPage::_RemoveLicense()
     if (!current.isValid())
         return;
     QAbstractItemModel *licenses = m_model.GetLicensesModel();
-    const QString name = licenses->index(current.row(), LicenseNameColumn).data().toString();
+    const QString name = licenses->index(current.row(), LicenseColumn::Name).data().toString();
     if (m_model.GetData().IsLicenseBasic(name)) {
         QMessageBox::critical(m_window, QStringLiteral("Remove license"),
                               QStringLiteral("This license is basic, you can't remove basic license"),
