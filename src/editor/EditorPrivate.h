@@ -1,5 +1,11 @@
 #pragma once
 
+#include "editor/ChangesPage.h"
+#include "editor/ExtensionsPage.h"
+#include "editor/FeaturesPage.h"
+#include "editor/ProductsPage.h"
+#include "editor/QueryPage.h"
+#include "editor/ResultPage.h"
 #include "models/Model.h"
 #include "store/VantixJsonData.h"
 #include "ui_VantixJSONEditor.h"
@@ -7,12 +13,15 @@
 #include <QMap>
 #include <QString>
 
+#include <memory>
+
 class QTabBar;
 
 namespace ProductEditor {
 
-// The window's state. Members are destroyed in reverse order, so the models
-// die before the store they read, and both before the window's widgets.
+// The window's state. Members are destroyed in reverse order: the pages go
+// first, taking their connections with them, then the models die before the
+// store they read, and all of them before the window's widgets.
 struct EditorPrivate
 {
     EditorPrivate(const QString &path, const Reader &reader, const Writer &writer,
@@ -41,6 +50,13 @@ struct EditorPrivate
     Ui::VantixJSONEditorClass ui;
     Model model;
     QTabBar *diffTabBar = nullptr; // owned by the Changes page
+
+    std::unique_ptr<FeaturesPage> features;
+    std::unique_ptr<ProductsPage> products;
+    std::unique_ptr<ChangesPage> changes;
+    std::unique_ptr<ResultPage> result;
+    std::unique_ptr<QueryPage> query;
+    std::unique_ptr<ExtensionsPage> extensions;
 };
 
 } // namespace ProductEditor

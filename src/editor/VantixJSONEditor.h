@@ -11,15 +11,11 @@
 #include <functional>
 #include <memory>
 
-class QAbstractItemModel;
-class QJsonObject;
 class QKeyEvent;
-class QModelIndex;
 
 namespace ProductEditor {
 
 struct EditorPrivate;
-class VantixFeaturesDiffModel;
 
 // The editor's main window: a File menu and six pages over one definition store.
 class PRODUCT_EDITOR_EXPORT VantixJSONEditor : public QMainWindow
@@ -59,31 +55,6 @@ private:
     void _Compare();
     void _CompareProducts();
     QString _AskFolder(const QString &caption);
-
-    // Features page
-    void _FeatureChanged(const QModelIndex &current);
-    void _AddFeature();
-    void _DuplicateFeature();
-    void _RemoveFeature();
-
-    // Extensions page
-    void _ExtensionChanged(const QModelIndex &current);
-
-    // Products page
-    void _DuplicateProduct();
-    void _RemoveProduct();
-    void _AddLicense();
-    void _RemoveLicense();
-
-    // Changes, Query and Result pages
-    VantixFeaturesDiffModel *_BuildDiffModel(const QString &name, const QJsonObject &left,
-                                             const QJsonObject &right, QWidget *parent);
-    void _ClearDiffTabs();
-    void _AddDiffTab(const QString &name, VantixFeaturesDiffModel *model);
-    void _Update();
-    void _ApplyChanges();
-    void _ApplyQuery();
-    void _ShowQueriedFeature(const QModelIndex &index);
 
     std::unique_ptr<EditorPrivate> d; // owned
 };

@@ -48,11 +48,6 @@ inline QByteArray CanonicalLayouts()
         "main": {"extensions": {)" + none + R"(, "import": ["stl"], "open": ["stl"]}, "features": ["file_open", "file_save"]}}})";
 }
 
-inline QMap<QString, QString> Catalogue()
-{
-    return {{"lic_addon", "Add-on"}, {"lic_basic", "Basic"}, {"lic_pro", "Professional"}};
-}
-
 // Answers modal dialogs from a timer, in order, as they open: a message box
 // gets the button, an input dialog the text, a file dialog the folder; a null
 // answer cancels. Logs what each dialog (busy dialogs included) showed.
@@ -67,11 +62,7 @@ public:
     }
     ~DialogAnswers() override { qApp->removeEventFilter(this); }
 
-    DialogAnswers &Then(const QVariant &answer)
-    {
-        m_answers << answer;
-        return *this;
-    }
+    void Then(const QVariantList &answers) { m_answers += answers; }
     int Pending() const { return m_answers.size(); }
 
     QStringList log;
@@ -128,23 +119,28 @@ struct EditorUnderTest
     explicit EditorUnderTest(bool withLayouts = true)
     {
         folder.addFile("defs/products/products.json", CanonicalProducts());
-        if (withLayouts)
-            folder.addFile("defs/layouts/workspace.json", CanonicalLayouts());
-        else
-            folder.addFolder("defs/layouts");
+        withLayouts ? folder.addFile("defs/layouts/workspace.json", CanonicalLayouts())
+                    : folder.addFolder("defs/layouts");
+        const QMap<QString, QString> catalogue = {
+            {"lic_addon", "Add-on"}, {"lic_basic", "Basic"}, {"lic_pro", "Professional"}};
         window.reset(ProductEditor::CreateProductEditor(folder.path("defs"), folder.reader(), folder.writer(),
-                                                        Catalogue(), nullptr));
+                                                        catalogue, nullptr));
     }
 
     template<typename T = QWidget>
-    T *find(const char *name) const
+    T *find(const QString &name) const
     {
-        return window->findChild<T *>(QLatin1String(name));
+        return window->findChild<T *>(name);
     }
     QString text(const char *field) const { return find<QLineEdit>(field)->text(); }
-    void press(const char *button) { find<QPushButton>(button)->click(); }
-    void trigger(const char *action) { find<QAction>(action)->trigger(); }
+    // Clicks the button or triggers the File menu action of that name.
+    void run(const QString &name)
+    {
+        name.startsWith("mp_run_") ? find<QAction>(name)->trigger() : find<QPushButton>(name)->click();
+    }
     void setPage(int page) { find<QTabWidget>("mp_widget_tab")->setCurrentIndex(page); }
+    int page() const { return find<QTabWidget>("mp_widget_tab")->currentIndex(); }
+    QAbstractItemModel *model(const char *view) const { return find<QAbstractItemView>(view)->model(); }
 
     void show(int page = 1)
     {
@@ -155,22 +151,12 @@ struct EditorUnderTest
         setPage(page);
     }
 
-    void click(const char *view, int row, int column)
-    {
-        auto *v = find<QAbstractItemView>(view);
-        const QModelIndex index = v->model()->index(row, column);
-        v->scrollTo(index);
-        QTest::mouseClick(v->viewport(), Qt::LeftButton, {}, v->visualRect(index).center());
-    }
-
     // The texts of the named fields and the marks of the named check boxes.
     QString state(const QStringList &names) const
     {
         QStringList values;
-        for (const QString &name : names) {
-            const QWidget *widget = window->findChild<QWidget *>(name);
-            values << widget->property(widget->inherits("QCheckBox") ? "checked" : "text").toString();
-        }
+        for (const QString &name : names)
+            values << find(name)->property(find(name)->inherits("QCheckBox") ? "checked" : "text").toString();
         return values.join('|');
     }
 
