@@ -1,8 +1,9 @@
 #include "editor/ExtensionsPage.h"
 
 #include "editor/PageTools.h"
-#include "editor/TableColumns.h"
 #include "editor/TableLook.h"
+#include "models/ExtensionsBaseModel.h"
+#include "models/ExtensionsLicenseModel.h"
 #include "models/ExtensionsModel.h"
 #include "models/IconDelegate.h"
 #include "models/Model.h"
@@ -40,26 +41,26 @@ void ExtensionsPage::_SetUpTables()
     IconDelegate *delegate = CreateIconDelegate(m_ui.mp_tab_extensions);
     TableLook accessLook;
     accessLook.highlightSections = false;
-    accessLook.resizeModes = {{AccessColumn::Name, QHeaderView::Stretch}};
-    for (int column = AccessColumn::FirstRole; column <= AccessColumn::LastRole; ++column)
+    accessLook.resizeModes = {{ExtensionsBaseModel::NameColumn, QHeaderView::Stretch}};
+    for (int column = ExtensionsBaseModel::FirstSetColumn; column <= ExtensionsBaseModel::LastSetColumn; ++column)
         accessLook.resizeModes.insert(column, QHeaderView::Fixed);
     for (QTableView *view : {m_ui.mp_lst_ext_product, m_ui.mp_lst_ext_layout}) {
-        for (int column = AccessColumn::FirstRole; column <= AccessColumn::LastRole; ++column)
+        for (int column = ExtensionsBaseModel::FirstSetColumn; column <= ExtensionsBaseModel::LastSetColumn; ++column)
             view->setItemDelegateForColumn(column, delegate);
         accessLook.ApplyTo(view);
     }
 
     QTableView *licenses = m_ui.mp_lst_ext_licenses;
-    licenses->setItemDelegateForColumn(ExtensionLicenseColumn::Import, delegate);
-    licenses->setItemDelegateForColumn(ExtensionLicenseColumn::Export, delegate);
+    licenses->setItemDelegateForColumn(ExtensionsLicenseModel::ImportColumn, delegate);
+    licenses->setItemDelegateForColumn(ExtensionsLicenseModel::ExportColumn, delegate);
     TableLook licensesLook;
     licensesLook.highlightSections = false;
     licensesLook.sorting = true;
-    licensesLook.modelSortColumn = ExtensionLicenseColumn::Import;
-    licensesLook.resizeModes = {{ExtensionLicenseColumn::Name, QHeaderView::Fixed},
-                                {ExtensionLicenseColumn::Text, QHeaderView::Stretch},
-                                {ExtensionLicenseColumn::Import, QHeaderView::Fixed},
-                                {ExtensionLicenseColumn::Export, QHeaderView::Fixed}};
+    licensesLook.modelSortColumn = ExtensionsLicenseModel::ImportColumn;
+    licensesLook.resizeModes = {{ExtensionsLicenseModel::NameColumn, QHeaderView::Fixed},
+                                {ExtensionsLicenseModel::TextColumn, QHeaderView::Stretch},
+                                {ExtensionsLicenseModel::ImportColumn, QHeaderView::Fixed},
+                                {ExtensionsLicenseModel::ExportColumn, QHeaderView::Fixed}};
     licensesLook.ApplyTo(licenses);
 }
 
@@ -80,11 +81,11 @@ void ExtensionsPage::_Connect()
         if (current.isValid())
             extensions->removeRow(current.row());
     });
-    const auto roleColumns = [](int column) { return column != AccessColumn::Name; };
+    const auto roleColumns = [](int column) { return column != ExtensionsBaseModel::NameColumn; };
     ToggleOnClick(ui.mp_lst_ext_product, this, roleColumns);
     ToggleOnClick(ui.mp_lst_ext_layout, this, roleColumns);
     ToggleOnClick(ui.mp_lst_ext_licenses, this, [](int column) {
-        return column == ExtensionLicenseColumn::Import || column == ExtensionLicenseColumn::Export;
+        return column == ExtensionsLicenseModel::ImportColumn || column == ExtensionsLicenseModel::ExportColumn;
     });
 }
 

@@ -2,11 +2,13 @@
 
 #include "editor/PageTools.h"
 #include "editor/TabIndex.h"
-#include "editor/TableColumns.h"
 #include "editor/TableLook.h"
 #include "models/FeaturesModel.h"
 #include "models/IconDelegate.h"
 #include "models/Model.h"
+#include "models/ProductLayoutsModel.h"
+#include "models/ProductLicensesModel.h"
+#include "models/ProductsModel.h"
 #include "store/VantixJsonData.h"
 #include "ui_VantixJSONEditor.h"
 
@@ -39,7 +41,7 @@ FeaturesPage::FeaturesPage(Ui::VantixJSONEditorClass &ui, Model &model, QWidget 
     QDataWidgetMapper *visibleMapper = MapWidget(list, ui.mp_chk_visible, FeaturesModel::VisibleColumn, "checked");
     MapWidget(list, ui.mp_chk_emergency, FeaturesModel::EmergencyColumn, "checked");
     QDataWidgetMapper *baseLicenseMapper =
-        MapWidget(ui.mp_lst_feature_product, ui.mp_edt_base_license, ProductColumn::BaseLicense, "text");
+        MapWidget(ui.mp_lst_feature_product, ui.mp_edt_base_license, ProductsModel::BaseColumn, "text");
 
     _SetUpTables();
     _Connect(visibleMapper, baseLicenseMapper);
@@ -52,38 +54,38 @@ FeaturesPage::FeaturesPage(Ui::VantixJSONEditorClass &ui, Model &model, QWidget 
 void FeaturesPage::_SetUpTables()
 {
     QTableView *products = m_ui.mp_lst_feature_product;
-    products->setItemDelegateForColumn(ProductColumn::Mark, CreateIconDelegate(products));
+    products->setItemDelegateForColumn(ProductsModel::CheckColumn, CreateIconDelegate(products));
     TableLook productsLook;
     productsLook.singleSelection = true;
     productsLook.horizontalHeader = false;
-    productsLook.hiddenColumns = {ProductColumn::BaseLicense, ProductColumn::Suffix};
-    productsLook.resizeModes = {{ProductColumn::Mark, QHeaderView::Fixed}};
+    productsLook.hiddenColumns = {ProductsModel::BaseColumn, ProductsModel::SuffixColumn};
+    productsLook.resizeModes = {{ProductsModel::CheckColumn, QHeaderView::Fixed}};
     productsLook.stretchLast = true;
     productsLook.sorting = true;
-    productsLook.viewSortColumn = ProductColumn::Id;
+    productsLook.viewSortColumn = ProductsModel::IdColumn;
     productsLook.ApplyTo(products);
 
     QTableView *layouts = m_ui.mp_lst_feature_layout;
     IconDelegate *layoutDelegate = CreateIconDelegate(layouts);
-    layouts->setItemDelegateForColumn(LayoutColumn::FeatureMark, layoutDelegate);
-    layouts->setItemDelegateForColumn(LayoutColumn::ProductMark, layoutDelegate);
+    layouts->setItemDelegateForColumn(ProductLayoutsModel::FeatureColumn, layoutDelegate);
+    layouts->setItemDelegateForColumn(ProductLayoutsModel::ProductColumn, layoutDelegate);
     TableLook layoutsLook;
     layoutsLook.highlightSections = false;
-    layoutsLook.resizeModes = {{LayoutColumn::FeatureMark, QHeaderView::Fixed}};
+    layoutsLook.resizeModes = {{ProductLayoutsModel::FeatureColumn, QHeaderView::Fixed}};
     layoutsLook.stretchLast = true;
     layoutsLook.ApplyTo(layouts);
 
     QTableView *licenses = m_ui.mp_lst_specific_license;
-    licenses->setItemDelegateForColumn(LicenseColumn::Mark, CreateIconDelegate(licenses));
+    licenses->setItemDelegateForColumn(ProductLicensesModel::CheckColumn, CreateIconDelegate(licenses));
     TableLook licensesLook;
     licensesLook.singleSelection = true;
     licensesLook.horizontalHeader = false;
     // Sorting shows the indicator of this hidden header, and the columns have
     // always been measured with it.
-    licensesLook.resizeModes = {{LicenseColumn::Mark, QHeaderView::Fixed}};
+    licensesLook.resizeModes = {{ProductLicensesModel::CheckColumn, QHeaderView::Fixed}};
     licensesLook.stretchLast = true;
     licensesLook.sorting = true;
-    licensesLook.modelSortColumn = LicenseColumn::Mark;
+    licensesLook.modelSortColumn = ProductLicensesModel::CheckColumn;
     licensesLook.ApplyTo(licenses);
 }
 
@@ -96,15 +98,15 @@ void FeaturesPage::_Connect(QDataWidgetMapper *visibleMapper, QDataWidgetMapper 
             &FeaturesPage::_FeatureChanged);
     QItemSelectionModel *products = ui.mp_lst_feature_product->selectionModel();
     connect(products, &QItemSelectionModel::currentChanged, this, [this](const QModelIndex &current) {
-        m_model.SelectProduct(current.sibling(current.row(), ProductColumn::Id).data().toString());
+        m_model.SelectProduct(current.sibling(current.row(), ProductsModel::IdColumn).data().toString());
     });
     connect(products, &QItemSelectionModel::currentChanged, this,
             [baseLicenseMapper](const QModelIndex &current) { baseLicenseMapper->setCurrentIndex(current.row()); });
-    ToggleOnClick(ui.mp_lst_feature_product, this, [](int column) { return column == ProductColumn::Mark; });
+    ToggleOnClick(ui.mp_lst_feature_product, this, [](int column) { return column == ProductsModel::CheckColumn; });
     ToggleOnClick(ui.mp_lst_feature_layout, this, [](int column) {
-        return column == LayoutColumn::FeatureMark || column == LayoutColumn::ProductMark;
+        return column == ProductLayoutsModel::FeatureColumn || column == ProductLayoutsModel::ProductColumn;
     });
-    ToggleOnClick(ui.mp_lst_specific_license, this, [](int column) { return column == LicenseColumn::Mark; });
+    ToggleOnClick(ui.mp_lst_specific_license, this, [](int column) { return column == ProductLicensesModel::CheckColumn; });
     connect(ui.mp_edt_search, &QLineEdit::textChanged, this, [this](const QString &text) {
         m_model.SetFilter(text);
         m_ui.mp_lst_features->scrollTo(m_ui.mp_lst_features->currentIndex());
@@ -138,7 +140,7 @@ void FeaturesPage::OpenFeature(const QModelIndex &source)
 
 void FeaturesPage::SelectFirstProduct()
 {
-    MakeCurrent(m_ui.mp_lst_feature_product, 0, ProductColumn::Mark, SelectCurrentRow);
+    MakeCurrent(m_ui.mp_lst_feature_product, 0, ProductsModel::CheckColumn, SelectCurrentRow);
 }
 
 void FeaturesPage::_FeatureChanged(const QModelIndex &current)
@@ -149,8 +151,8 @@ void FeaturesPage::_FeatureChanged(const QModelIndex &current)
                       ui.mp_chk_visible},
                      current);
     m_model.SelectFeature(current.data().toString());
-    m_model.SelectProduct(m_model.GetFeatureProductsModel()->index(0, ProductColumn::Id).data().toString());
-    MakeCurrent(ui.mp_lst_feature_product, 0, ProductColumn::Id, SelectCurrentRow);
+    m_model.SelectProduct(m_model.GetFeatureProductsModel()->index(0, ProductsModel::IdColumn).data().toString());
+    MakeCurrent(ui.mp_lst_feature_product, 0, ProductsModel::IdColumn, SelectCurrentRow);
 }
 
 // A feature the table gains (added or renamed) becomes current. The search

@@ -2,9 +2,11 @@
 
 #include "editor/FeaturesPage.h"
 #include "editor/PageTools.h"
-#include "editor/TableColumns.h"
 #include "editor/TableLook.h"
 #include "models/Model.h"
+#include "models/ProductLayoutsModel.h"
+#include "models/ProductLicensesModel.h"
+#include "models/ProductsModel.h"
 #include "store/VantixJsonData.h"
 #include "ui_VantixJSONEditor.h"
 
@@ -26,38 +28,38 @@ ProductsPage::ProductsPage(Ui::VantixJSONEditorClass &ui, Model &model, QWidget 
     ui.mp_lst_licenses->setModel(model.GetLicensesModel());
     _SetUpTables();
     ui.mp_lst_layouts->setModel(model.GetLayoutsModel());
-    ui.mp_lst_layouts->setModelColumn(LayoutColumn::Name);
+    ui.mp_lst_layouts->setModelColumn(ProductLayoutsModel::NameColumn);
 
     connect(ui.mp_btn_duplicate_product, &QPushButton::clicked, this, &ProductsPage::_DuplicateProduct);
     connect(ui.mp_btn_remove_product, &QPushButton::clicked, this, &ProductsPage::_RemoveProduct);
     connect(ui.mp_btn_add_licenses, &QPushButton::clicked, this, &ProductsPage::_AddLicense);
     connect(ui.mp_btn_remove_current_lic, &QPushButton::clicked, this, &ProductsPage::_RemoveLicense);
 
-    MakeCurrent(ui.mp_lst_products, 0, ProductColumn::Id, SelectCurrentRow);
+    MakeCurrent(ui.mp_lst_products, 0, ProductsModel::IdColumn, SelectCurrentRow);
 }
 
 void ProductsPage::_SetUpTables()
 {
     TableLook productsLook;
     productsLook.singleSelection = true;
-    productsLook.hiddenColumns = {ProductColumn::Mark};
-    productsLook.resizeModes = {{ProductColumn::Id, QHeaderView::Stretch},
-                                {ProductColumn::Suffix, QHeaderView::Fixed},
-                                {ProductColumn::BaseLicense, QHeaderView::Fixed}};
+    productsLook.hiddenColumns = {ProductsModel::CheckColumn};
+    productsLook.resizeModes = {{ProductsModel::IdColumn, QHeaderView::Stretch},
+                                {ProductsModel::SuffixColumn, QHeaderView::Fixed},
+                                {ProductsModel::BaseColumn, QHeaderView::Fixed}};
     productsLook.sorting = true;
-    productsLook.viewSortColumn = ProductColumn::Id;
+    productsLook.viewSortColumn = ProductsModel::IdColumn;
     productsLook.highlightSections = false;
     productsLook.sortIndicator = false;
     productsLook.ApplyTo(m_ui.mp_lst_products);
 
     TableLook licensesLook;
-    licensesLook.hiddenColumns = {LicenseColumn::Mark};
+    licensesLook.hiddenColumns = {ProductLicensesModel::CheckColumn};
     licensesLook.horizontalHeader = false;
     // As on the Features page, sorting keeps the indicator of the hidden header.
-    licensesLook.resizeModes = {{LicenseColumn::Mark, QHeaderView::Fixed}};
+    licensesLook.resizeModes = {{ProductLicensesModel::CheckColumn, QHeaderView::Fixed}};
     licensesLook.stretchLast = true;
     licensesLook.sorting = true;
-    licensesLook.modelSortColumn = LicenseColumn::Text;
+    licensesLook.modelSortColumn = ProductLicensesModel::TextColumn;
     licensesLook.ApplyTo(m_ui.mp_lst_licenses);
 }
 
@@ -65,7 +67,7 @@ void ProductsPage::_DuplicateProduct()
 {
     QTableView *view = m_ui.mp_lst_products;
     QAbstractItemModel *products = m_model.GetProductsModel();
-    const QString currentId = products->index(view->currentIndex().row(), ProductColumn::Id).data().toString();
+    const QString currentId = products->index(view->currentIndex().row(), ProductsModel::IdColumn).data().toString();
     QString newName = currentId;
     if (!AskText(m_window, QStringLiteral("Input new product name"), newName))
         return;
@@ -79,7 +81,7 @@ void ProductsPage::_DuplicateProduct()
         return;
     }
     data.DuplicateProductFrom(currentId, newName);
-    view->scrollTo(MakeCurrent(view, products->rowCount() - 1, ProductColumn::Id, SelectCurrentRow));
+    view->scrollTo(MakeCurrent(view, products->rowCount() - 1, ProductsModel::IdColumn, SelectCurrentRow));
     m_features.SelectFirstProduct();
 }
 
@@ -106,7 +108,7 @@ void ProductsPage::_AddLicense()
     }
     QAbstractItemModel *licenses = m_model.GetLicensesModel();
     if (licenses->insertRow(licenses->rowCount()))
-        licenses->setData(licenses->index(licenses->rowCount() - 1, LicenseColumn::Name), name, Qt::EditRole);
+        licenses->setData(licenses->index(licenses->rowCount() - 1, ProductLicensesModel::NameColumn), name, Qt::EditRole);
 }
 
 void ProductsPage::_RemoveLicense()
@@ -118,7 +120,7 @@ void ProductsPage::_RemoveLicense()
     if (!current.isValid())
         return;
     QAbstractItemModel *licenses = m_model.GetLicensesModel();
-    const QString name = licenses->index(current.row(), LicenseColumn::Name).data().toString();
+    const QString name = licenses->index(current.row(), ProductLicensesModel::NameColumn).data().toString();
     if (m_model.GetData().IsLicenseBasic(name)) {
         QMessageBox::critical(m_window, QStringLiteral("Remove license"),
                               QStringLiteral("This license is basic, you can't remove basic license"),

@@ -6,7 +6,6 @@ namespace ProductEditor {
 
 namespace {
 
-enum { NameColumn = 0, FirstSetColumn = 1, LastSetColumn = 6, ColumnCount = 8 };
 
 const QMap<int, QString> &HeaderTable()
 {

@@ -14,6 +14,9 @@ class PRODUCT_EDITOR_EXPORT ExtensionsBaseModel : public QAbstractTableModel
     Q_OBJECT
 
 public:
+    // The table\'s columns, as views address them.
+    enum Column { NameColumn = 0, FirstSetColumn = 1, LastSetColumn = 6, ColumnCount = 8 };
+
     explicit ExtensionsBaseModel(VantixJsonData &data, QObject *parent = nullptr);
     ~ExtensionsBaseModel() override;
 

@@ -10,15 +10,14 @@ namespace ProductEditor {
 
 namespace {
 
-enum { NameColumn, TextColumn, ImportColumn, ExportColumn, ColumnCount };
 
 const QMap<int, QString> &HeaderTable()
 {
     static const QMap<int, QString> table = {
-        {NameColumn, QStringLiteral("Id")},
-        {TextColumn, QStringLiteral("Name")},
-        {ImportColumn, QStringLiteral("Import")},
-        {ExportColumn, QStringLiteral("Export")},
+        {ExtensionsLicenseModel::NameColumn, QStringLiteral("Id")},
+        {ExtensionsLicenseModel::TextColumn, QStringLiteral("Name")},
+        {ExtensionsLicenseModel::ImportColumn, QStringLiteral("Import")},
+        {ExtensionsLicenseModel::ExportColumn, QStringLiteral("Export")},
     };
     return table;
 }

@@ -15,6 +15,9 @@ class PRODUCT_EDITOR_EXPORT ExtensionsLicenseModel : public QAbstractTableModel
     Q_OBJECT
 
 public:
+    // The table\'s columns, as views address them.
+    enum Column { NameColumn, TextColumn, ImportColumn, ExportColumn, ColumnCount };
+
     explicit ExtensionsLicenseModel(VantixJsonData &data, QObject *parent = nullptr);
     ~ExtensionsLicenseModel() override;
 

@@ -10,7 +10,6 @@ namespace ProductEditor {
 
 namespace {
 
-enum { FeatureColumn, ProductColumn, NameColumn };
 
 bool IsCheckRole(int role)
 {

@@ -14,6 +14,9 @@ class PRODUCT_EDITOR_EXPORT ProductLayoutsModel : public QIdentityProxyModel
     Q_OBJECT
 
 public:
+    // The table\'s columns, as views address them.
+    enum Column { FeatureColumn, ProductColumn, NameColumn };
+
     explicit ProductLayoutsModel(VantixJsonData &data, QObject *parent = nullptr);
     ~ProductLayoutsModel() override;
 

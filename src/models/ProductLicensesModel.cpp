@@ -8,12 +8,6 @@
 
 namespace ProductEditor {
 
-namespace {
-
-enum { CheckColumn, NameColumn, TextColumn };
-
-} // namespace
-
 ProductLicensesModel::ProductLicensesModel(VantixJsonData &data, QObject *parent)
     : QIdentityProxyModel(parent), m_data(data)
 {

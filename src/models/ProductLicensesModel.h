@@ -14,6 +14,9 @@ class PRODUCT_EDITOR_EXPORT ProductLicensesModel : public QIdentityProxyModel
     Q_OBJECT
 
 public:
+    // The table\'s columns, as views address them.
+    enum Column { CheckColumn, NameColumn, TextColumn };
+
     explicit ProductLicensesModel(VantixJsonData &data, QObject *parent = nullptr);
     ~ProductLicensesModel() override;
 

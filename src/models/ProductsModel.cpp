@@ -2,12 +2,6 @@
 
 namespace ProductEditor {
 
-namespace {
-
-enum { CheckColumn, IdColumn, SuffixColumn, BaseColumn, ColumnCount };
-
-} // namespace
-
 ProductsModel::ProductsModel(VantixJsonData &data, QObject *parent)
     : QAbstractTableModel(parent), m_data(data)
 {

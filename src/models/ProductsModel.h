@@ -13,6 +13,9 @@ class PRODUCT_EDITOR_EXPORT ProductsModel : public QAbstractTableModel
     Q_OBJECT
 
 public:
+    // The table\'s columns, as views address them.
+    enum Column { CheckColumn, IdColumn, SuffixColumn, BaseColumn, ColumnCount };
+
     explicit ProductsModel(VantixJsonData &data, QObject *parent = nullptr);
     ~ProductsModel() override;
 
