@@ -1,36 +1,41 @@
-// Check-mark tables of products, layouts and licenses, the icons and their delegate.
+// Check-mark tables of products, layouts and licenses, the facade that routes the selection
+// to them, the icons and their delegate.
 #include "ModelsFixture.h"
+#include "json/VantixFeaturesDiffModel.h"
+#include "json/VantixResultModel.h"
+#include "models/CheckMark.h"
+#include "models/IconDelegate.h"
+
+#include <QStandardItemModel>
+#include <QStyle>
+#include <QTableView>
+
+class ExposedDelegate : public IconDelegate
+{
+public:
+    using IconDelegate::IconDelegate;
+    using IconDelegate::initStyleOption;
+};
 
 class CheckMarkModelsTest : public ModelsFixture
 {
     Q_OBJECT
 
 private slots:
-    // --- check marks of products, layouts and licences against the current extension
-
     void extensionAccessTables_data()
     {
         QTest::addColumn<bool>("layouts");
         QTest::addColumn<QString>("extension");
-        QTest::addColumn<QString>("names");
         QTest::addColumn<QString>("marks");
         const QString none = "-|false|false|false|false|false|false|-";
-        QTest::newRow("products, no extension") << false << "" << "-,-,-"
-                                                << "-|-|-|-|-|-|-|-;-|-|-|-|-|-|-|-;-|-|-|-|-|-|-|-";
-        QTest::newRow("products, stl") << false << "stl" << "Base,Base2,ab"
-                                       << "-|false|false|true|false|false|true|-;" + none + ';' + none;
-        QTest::newRow("products, obj") << false << "obj" << "Base,Base2,ab"
-                                       << "-|false|false|false|false|false|true|-;" + none + ';' + none;
-        QTest::newRow("layouts, stl") << true << "stl" << "design,print"
-                                      << "-|true|false|false|false|false|false|-;" + none;
-        QTest::newRow("layouts, obj") << true << "obj" << "design,print"
-                                      << none + ";-|false|false|true|false|false|false|-";
+        QTest::newRow("products, no extension") << false << "" << "-|-|-|-|-|-|-|-;-|-|-|-|-|-|-|-;-|-|-|-|-|-|-|-";
+        QTest::newRow("products, stl") << false << "stl" << "-|false|false|true|false|false|true|-;" + none + ';' + none;
+        QTest::newRow("layouts, obj") << true << "obj" << none + ";-|false|false|true|false|false|false|-";
     }
     void extensionAccessTables()
     {
         QFETCH(bool, layouts);
         QFETCH(QString, extension);
-        QFETCH(QString, names);
         QFETCH(QString, marks);
         ExtensionsBaseModel *model = layouts ? m_extensionLayouts : m_extensionProducts;
         const auto tester = Tester(model);
@@ -39,11 +44,10 @@ private slots:
         QCOMPARE(Emissions(changed), QString("0,0 %1,7 []").arg(model->rowCount() - 1));
         QCOMPARE(HeaderText(*model), QString("%1|Export|Export\nproject|Import|Import\nproject|Export\nscene|Open|")
                                          .arg(layouts ? "Layout" : "Product"));
-        QVERIFY(!model->headerData(0, Qt::Horizontal, Qt::ToolTipRole).isValid());
-        QCOMPARE(ColumnText(*model), names);
-        QCOMPARE(TableText(*model, Qt::UserRole), marks);
-        QCOMPARE(RowText(*model, 0, Qt::DecorationRole), extension.isEmpty() ? "-|-|-|-|-|-|-|-" : "-|||||||-");
-        QCOMPARE(RowText(*model, 0, Qt::EditRole), QStringLiteral("-|-|-|-|-|-|-|-"));
+        QCOMPARE(Text(*model, Qt::DisplayRole, 0), extension.isEmpty() ? "-,-,-" : layouts ? "design,print" : "Base,Base2,ab");
+        QCOMPARE(Text(*model, Qt::UserRole), marks);
+        QCOMPARE(Text(*model, Qt::DecorationRole, -1, 0), extension.isEmpty() ? "-|-|-|-|-|-|-|-" : "-|||||||-");
+        QCOMPARE(Text(*model, Qt::EditRole, -1, 0), QStringLiteral("-|-|-|-|-|-|-|-"));
     }
 
     void extensionAccessToggles_data()
@@ -53,11 +57,10 @@ private slots:
         QTest::addColumn<bool>("accepted");
         QTest::addColumn<QString>("sets");
         QTest::newRow("export") << false << 1 << true << "export";
-        QTest::newRow("export project") << false << 2 << true << "export_as_project";
+        QTest::newRow("export project") << false << 2 << true << "export_project";
         QTest::newRow("import") << false << 3 << true << "import";
-        QTest::newRow("import project") << false << 4 << true << "import_as_project";
-        QTest::newRow("export scene") << false << 5 << true << "export_as_scene";
-        QTest::newRow("open") << false << 6 << true << "open";
+        QTest::newRow("import project") << false << 4 << true << "import_project";
+        QTest::newRow("export scene") << false << 5 << true << "export_scene";
         QTest::newRow("layout open") << true << 6 << true << "open";
         QTest::newRow("name column refused") << false << 0 << false << "";
         QTest::newRow("column 7 accepted, nothing kept") << true << 7 << true << "";
@@ -70,15 +73,13 @@ private slots:
         QFETCH(QString, sets);
         ExtensionsBaseModel *model = layouts ? m_extensionLayouts : m_extensionProducts;
         model->SetCurrentExtension(QStringLiteral("stl"));
-        const ExtensionAccess &access = layouts ? m_fixture->store->GetLayouts()["print"]
-                                                : m_fixture->store->GetProducts().products[1].extensions;
+        const ExtensionAccess &access = layouts ? store().GetLayouts()["print"] : store().GetProducts().products[1].extensions;
         QSignalSpy changed(model, &QAbstractItemModel::dataChanged);
         const QModelIndex index = model->index(1, column);
         QVERIFY(!model->setData(index, true, Qt::DisplayRole));
         QCOMPARE(model->setData(index, true), accepted);
         QCOMPARE(Emissions(changed), accepted ? QString("1,%1 1,%1 []").arg(column) : "");
         QCOMPARE(Holding(access, "stl"), sets);
-        QCOMPARE(CellText(index.data(Qt::UserRole)), sets.isEmpty() ? "-" : "true");
         QCOMPARE(model->setData(index, false), accepted);
         QCOMPARE(Holding(access, "stl"), QString());
     }
@@ -88,42 +89,33 @@ private slots:
         ExtensionsLicenseModel &model = *m_extensionLicenses;
         const auto tester = Tester(&model);
         QCOMPARE(HeaderText(model), QStringLiteral("Id|Name|Import|Export"));
-        QCOMPARE(RowText(model, 0), QStringLiteral("-|-|-|-"));
+        QCOMPARE(Text(model, Qt::DisplayRole, -1, 0), QStringLiteral("-|-|-|-"));
         // Without a current extension a write goes to the empty id; the licence model makes its record.
-        QVERIFY(m_extensionProducts->setData(m_extensionProducts->index(2, 6), true));
-        QCOMPARE(m_fixture->store->GetProducts().products.at(2).extensions.open, QSet<QString>{QString()});
         QVERIFY(model.setData(model.index(0, 2), true));
-        QCOMPARE(m_fixture->store->GetExtensions().value(QString()).importLicenses, QSet<QString>{"10"});
+        QCOMPARE(store().GetExtensions().value(QString()).importLicenses, QSet<QString>{"10"});
         QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
-        model.SetCurrentExtension(QStringLiteral("stl"));
-        QCOMPARE(Emissions(changed), QStringLiteral("0,0 3,3 []"));
-        QCOMPARE(TableText(model), QStringLiteral("10|Ten|-|-;2|Two|-|-;B|Bee|-|-;Lic1|Licence one|-|-"));
-        QCOMPARE(TableText(model, Qt::ToolTipRole), TableText(model));
-        QCOMPARE(ColumnText(model, 2, Qt::UserRole) + '/' + ColumnText(model, 3, Qt::UserRole),
-                 QStringLiteral("true,true,false,false/false,false,false,false"));
-        QCOMPARE(RowText(model, 0, Qt::DecorationRole), QStringLiteral("-|-||"));
-        QCOMPARE(ColumnText(model, 0, Qt::ForegroundRole) + '/' + ColumnText(model, 3, Qt::ForegroundRole),
-                 QStringLiteral("black,black,gray,gray/black,black,gray,gray"));
-
+        m_model->SelectExtension(QStringLiteral("stl"));
+        QCOMPARE(Text(model), QStringLiteral("10|Ten|-|-;2|Two|-|-;B|Bee|-|-;Lic1|Licence one|-|-"));
+        QCOMPARE(Text(model, Qt::UserRole, 2) + '/' + Text(model, Qt::UserRole, 3), "true,true,false,false/false,false,false,false");
+        QCOMPARE(Text(model, Qt::DecorationRole, -1, 0), QStringLiteral("-|-||"));
+        QCOMPARE(Text(model, Qt::ForegroundRole, 3), QStringLiteral("black,black,gray,gray"));
         QVERIFY(model.setData(model.index(2, 3), true));
         QVERIFY(model.setData(model.index(0, 2), false));
-        QVERIFY(!model.setData(model.index(0, 1), true) && !model.setData(model.index(0, 0), true));
-        QVERIFY(!model.setData(model.index(0, 2), true, Qt::DisplayRole));
+        QVERIFY(!model.setData(model.index(0, 1), true) && !model.setData(model.index(0, 2), true, Qt::DisplayRole));
         QCOMPARE(Emissions(changed), QStringLiteral("0,0 3,3 [];2,3 2,3 [];0,2 0,2 []"));
-        const ExtensionInfo &stl = m_fixture->store->GetExtensions()["stl"];
+        const ExtensionInfo &stl = store().GetExtensions()["stl"];
         QCOMPARE(SortedJoin(stl.importLicenses) + '/' + SortedJoin(stl.exportLicenses), QStringLiteral("2/B"));
-        QCOMPARE(ColumnText(model, 0, Qt::ForegroundRole), QStringLiteral("gray,black,black,gray"));
-
+        QCOMPARE(Text(model, Qt::ForegroundRole, 0), QStringLiteral("gray,black,black,gray"));
         model.SetCurrentExtension(QStringLiteral("step")); // unknown: made on first read
-        QCOMPARE(ColumnText(model, 2, Qt::UserRole), QStringLiteral("false,false,false,false"));
-        QVERIFY(m_fixture->store->GetExtensions().contains("step"));
+        QCOMPARE(Text(model, Qt::UserRole, 2), QStringLiteral("false,false,false,false"));
+        QVERIFY(store().GetExtensions().contains("step"));
     }
 
     void extensionLicenceSort_data()
     {
         QTest::addColumn<QString>("extension");
         QTest::addColumn<QString>("order");
-        // Import users, then export users, then the rest; names compare as numbers.
+        // Import users, then export users, then the rest; names compare as numbers, words count as 0.
         QTest::newRow("stl: 2 before 10 as numbers") << "stl" << "2,10,B,Lic1";
         QTest::newRow("obj: words count as 0") << "obj" << "B,Lic1,2,10";
         QTest::newRow("no current extension: all tie") << "" << "10,2,B,Lic1";
@@ -132,21 +124,17 @@ private slots:
     {
         QFETCH(QString, extension);
         QFETCH(QString, order);
-        QAbstractProxyModel *proxy = qobject_cast<QAbstractProxyModel *>(m_model->GetExtensionsLicenseModel());
+        auto *proxy = qobject_cast<QAbstractProxyModel *>(m_model->GetExtensionsLicenseModel());
         const auto tester = Tester(proxy);
         QSignalSpy sorted(proxy, &QAbstractItemModel::layoutChanged);
         m_model->SelectExtension(extension);
         QCOMPARE(sorted.count(), 1);
         proxy->sort(1);
-        // Without a current extension the table shows no names; take them from the store.
-        const QStringList keys = m_fixture->store->GetLicenses().keys();
-        QStringList names;
+        QStringList names; // without a current extension the table shows no names
         for (int row = 0; row < proxy->rowCount(); ++row)
-            names << keys.at(proxy->mapToSource(proxy->index(row, 0)).row());
+            names << store().GetLicenses().keys().at(proxy->mapToSource(proxy->index(row, 0)).row());
         QCOMPARE(names.join(','), order);
     }
-
-    // --- layouts and licences against the current feature and product
 
     // Marks per row as "feature|product|-".
     void productLayouts_data()
@@ -172,134 +160,97 @@ private slots:
         QCOMPARE(changed.count(), 0);
         m_productLayouts->UpdateData(product);
         QCOMPARE(Emissions(changed), QStringLiteral("0,0 1,2 []"));
-        QCOMPARE(TableText(*m_productLayouts, Qt::UserRole), marks);
-        QCOMPARE(ColumnText(*m_productLayouts, 2, Qt::ForegroundRole), colors);
-        QCOMPARE(RowText(*m_productLayouts, 0), feature.isEmpty() ? "-|-|-" : "-|-|design");
-        // An icon wherever a mark is shown.
-        QCOMPARE(RowText(*m_productLayouts, 0, Qt::DecorationRole),
-                 marks.section(';', 0, 0).remove("true").remove("false"));
+        QCOMPARE(Text(*m_productLayouts, Qt::UserRole), marks);
+        QCOMPARE(Text(*m_productLayouts, Qt::ForegroundRole, 2), colors);
+        QCOMPARE(Text(*m_productLayouts, Qt::DisplayRole, -1, 0), feature.isEmpty() ? "-|-|-" : "-|-|design");
         QVERIFY(!m_productLayouts->setData(m_productLayouts->index(0, 2), true));
     }
 
-    void productLayoutToggles()
+    void productLayoutTogglesRepaintFeatureProducts()
     {
-        const auto tester = Tester(m_productLayouts);
-        m_productLayouts->UpdateFeature(QStringLiteral("save"));
-        m_productLayouts->UpdateData(QStringLiteral("Base"));
+        m_model->SelectFeature(QStringLiteral("save"));
         QSignalSpy changed(m_productLayouts, &QAbstractItemModel::dataChanged);
         QSignalSpy featureProducts(m_featureProducts, &QAbstractItemModel::dataChanged);
-        QVERIFY(m_productLayouts->setData(m_productLayouts->index(0, 0), true));
+        m_model->SelectProduct(QStringLiteral("Base"));
         QVERIFY(m_productLayouts->setData(m_productLayouts->index(1, 1), true));
-        QVERIFY(m_productLayouts->setData(m_productLayouts->index(0, 1), false));
+        QVERIFY(m_productLayouts->setData(m_productLayouts->index(0, 0), false));
         QVERIFY(!m_productLayouts->setData(m_productLayouts->index(0, 0), false, Qt::UserRole));
-        QCOMPARE(Emissions(changed), QStringLiteral("0,0 0,0 [];1,1 1,1 [];0,1 0,1 []"));
-        // The facade has each change repaint the feature's product marks (one past the end, kept).
+        QCOMPARE(Emissions(changed), QStringLiteral("0,0 1,2 [];1,1 1,1 [];0,0 0,0 []"));
+        // Each change repaints the feature's product marks, one past the last row and column (kept).
         QCOMPARE(Emissions(featureProducts), QStringLiteral("0,0 3,4 [];0,0 3,4 [];0,0 3,4 []"));
-        VantixJsonData &data = *m_fixture->store;
-        QCOMPARE(SortedJoin(data.GetFeatures().value("save").layoutNames), QStringLiteral("design,print"));
-        QCOMPARE(SortedJoin(data.GetProducts().products.at(0).modes), QStringLiteral("print"));
-
-        m_productLayouts->UpdateFeature(QStringLiteral("fresh")); // unknown: made on first read
-        QCOMPARE(ColumnText(*m_productLayouts, 0, Qt::UserRole), QStringLiteral("false,false"));
-        QVERIFY(data.GetFeatures().contains("fresh"));
+        QCOMPARE(SortedJoin(store().GetFeatures().value("save").layoutNames), QStringLiteral("print"));
+        QCOMPARE(SortedJoin(store().GetProducts().products.at(0).modes), QStringLiteral("design,print"));
     }
 
-    void productLicenses_data()
-    {
-        QTest::addColumn<QString>("feature");
-        QTest::addColumn<QString>("product");
-        QTest::addColumn<QString>("row");
-        QTest::newRow("no product") << "Open" << "" << "-|-|-";
-        QTest::newRow("no feature") << "" << "Base" << "-|-|-";
-        QTest::newRow("product naming none") << "Open" << "nothing" << "-|-|-";
-        QTest::newRow("Open in Base") << "Open" << "Base" << "-|2|Two";
-    }
     void productLicenses()
     {
-        QFETCH(QString, feature);
-        QFETCH(QString, product);
-        QFETCH(QString, row);
-        const auto tester = Tester(m_productLicenses);
-        QSignalSpy changed(m_productLicenses, &QAbstractItemModel::dataChanged);
-        m_productLicenses->UpdateFeature(feature);
-        QCOMPARE(changed.count(), 0);
-        m_productLicenses->UpdateData(product);
-        QCOMPARE(Emissions(changed), QStringLiteral("0,0 3,2 []"));
-        QCOMPARE(RowText(*m_productLicenses, 1), row);
-        if (row == "-|-|-")
-            return;
-        QCOMPARE(ColumnText(*m_productLicenses, 0, Qt::UserRole), QStringLiteral("false,true,false,true"));
-        QCOMPARE(TableText(*m_productLicenses, Qt::ForegroundRole),
-                 QStringLiteral("-|gray|gray;-|black|black;-|gray|gray;-|black|black"));
-        QCOMPARE(RowText(*m_productLicenses, 0, Qt::DecorationRole), QStringLiteral("|-|-"));
-    }
-
-    void productLicenseToggles()
-    {
-        const auto tester = Tester(m_productLicenses);
+        const auto tester = Tester(m_model->GetProductLicensesModel());
         m_productLicenses->UpdateFeature(QStringLiteral("Open"));
-        m_productLicenses->UpdateData(QStringLiteral("Base"));
+        QCOMPARE(Text(*m_productLicenses, Qt::DisplayRole, -1, 1), QStringLiteral("-|-|-")); // no product yet
+        m_model->SelectProduct(QStringLiteral("Base"));
+        QCOMPARE(Text(*m_productLicenses, Qt::UserRole, 0), QStringLiteral("false,true,false,true"));
+        QCOMPARE(Text(*m_productLicenses, Qt::ForegroundRole, 1), QStringLiteral("gray,black,gray,black"));
+        // Attached {2, Lic1} first; names compare as numbers, words count as 0.
+        m_model->GetProductLicensesModel()->sort(0);
+        QCOMPARE(Text(*m_model->GetProductLicensesModel(), Qt::DisplayRole, 1), QStringLiteral("Lic1,2,B,10"));
         QSignalSpy changed(m_productLicenses, &QAbstractItemModel::dataChanged);
-        const auto &specific = m_fixture->store->GetProducts().products.at(0).specificLicenses;
         QVERIFY(m_productLicenses->setData(m_productLicenses->index(1, 0), false));
         QVERIFY(m_productLicenses->setData(m_productLicenses->index(3, 0), false));
+        const auto &specific = store().GetProducts().products.at(0).specificLicenses;
         QVERIFY(!specific.contains("Open")); // no empty entry is left behind
         QVERIFY(m_productLicenses->setData(m_productLicenses->index(2, 0), true));
         QCOMPARE(specific.value("Open"), QSet<QString>{"B"});
         QVERIFY(!m_productLicenses->setData(m_productLicenses->index(2, 1), true));
-        QVERIFY(!m_productLicenses->setData(m_productLicenses->index(2, 0), true, Qt::DisplayRole));
         QCOMPARE(Emissions(changed), QStringLiteral("1,0 1,0 [];3,0 3,0 [];2,0 2,0 []"));
-        m_productLicenses->UpdateData(QStringLiteral("nothing"));
-        QVERIFY(!m_productLicenses->setData(m_productLicenses->index(1, 0), true));
     }
-
-    // --- feature products
 
     void featureProductMarks()
     {
         const auto tester = Tester(m_featureProducts);
-        QCOMPARE(TableText(*m_featureProducts), QStringLiteral("-|-|-|-;-|-|-|-;-|-|-|-"));
-        QCOMPARE(RowText(*m_featureProducts, 0, Qt::UserRole), QStringLiteral("-|-|-|-"));
+        QCOMPARE(Text(*m_featureProducts), QStringLiteral("-|-|-|-;-|-|-|-;-|-|-|-"));
         QSignalSpy changed(m_featureProducts, &QAbstractItemModel::dataChanged);
-        m_featureProducts->UpdateFeature(QStringLiteral("save"));
-        QCOMPARE(ColumnText(*m_featureProducts, 0, Qt::UserRole), QStringLiteral("true,true,false"));
-        QCOMPARE(RowText(*m_featureProducts, 0), QStringLiteral("-|Base|_b|L1"));
-        QCOMPARE(RowText(*m_featureProducts, 0, Qt::DecorationRole), QStringLiteral("|-|-|-"));
-        QCOMPARE(TableText(*m_featureProducts, Qt::ForegroundRole),
-                 QStringLiteral("-|black|-|-;-|black|-|-;-|gray|-|-"));
-
+        QSignalSpy extensions(m_extensionProducts, &QAbstractItemModel::dataChanged);
+        m_model->SelectFeature(QStringLiteral("save"));
+        QCOMPARE(changed.count() + extensions.count(), 0);
+        QCOMPARE(Text(*m_featureProducts, Qt::UserRole, 0), QStringLiteral("true,true,false"));
+        QCOMPARE(Text(*m_featureProducts, Qt::DisplayRole, -1, 0), QStringLiteral("-|Base|_b|L1"));
+        QCOMPARE(Text(*m_featureProducts, Qt::DecorationRole, -1, 0), QStringLiteral("|-|-|-"));
+        QCOMPARE(Text(*m_featureProducts, Qt::ForegroundRole, 1), QStringLiteral("black,black,gray"));
         QVERIFY(m_featureProducts->setData(m_featureProducts->index(2, 0), true));
-        QCOMPARE(ColumnText(*m_featureProducts, 1, Qt::ForegroundRole), QStringLiteral("black,black,black"));
         QVERIFY(m_featureProducts->setData(m_featureProducts->index(0, 0), false));
-        QCOMPARE(SortedJoin(m_fixture->store->GetFeatures().value("save").productIds), QStringLiteral("Base2,ab"));
-        // Other columns are accepted and change nothing.
-        QVERIFY(m_featureProducts->setData(m_featureProducts->index(0, 2), QStringLiteral("x")));
-        QCOMPARE(m_fixture->store->GetProducts().products.at(0).profile_suffix, QStringLiteral("_b"));
-        QVERIFY(!m_featureProducts->setData(m_featureProducts->index(0, 0), true, Qt::UserRole));
+        QCOMPARE(SortedJoin(store().GetFeatures().value("save").productIds), QStringLiteral("Base2,ab"));
+        QVERIFY(m_featureProducts->setData(m_featureProducts->index(0, 2), QStringLiteral("x"))); // accepted, unchanged
+        QCOMPARE(store().GetProducts().products.at(0).profile_suffix, QStringLiteral("_b"));
         QCOMPARE(Emissions(changed), QStringLiteral("2,0 2,0 [];0,0 0,0 [];0,2 0,2 []"));
     }
 
-    // --- the check-mark icons and their delegate
-
-    void checkMarks_data()
+    void facadeOwnsEveryModel()
     {
-        QTest::addColumn<bool>("member");
-        QTest::addColumn<QString>("path");
-        QTest::newRow("member") << true << ":/check.png";
-        QTest::newRow("not a member") << false << ":/uncheck.png";
+        for (QObject *child : QList<QObject *>{m_features, m_model->GetFeaturesModel(), m_products, m_featureProducts,
+                 m_model->GetLayoutsModel(), m_productLayouts, m_model->GetLicensesModel(), m_model->GetProductLicensesModel(),
+                 m_extensions, m_extensionProducts, m_extensionLayouts, m_model->GetExtensionsLicenseModel(),
+                 m_model->GetDiffModel(), m_model->GetResultModel()})
+            QVERIFY(child && child->parent() == m_model.get());
+        QCOMPARE(SourceOf(m_model->GetFeaturesModel()), m_features);
+        QCOMPARE(SourceOf(m_model->GetFeatureProductsModel()), m_products);
+        QCOMPARE(SourceOf(m_productLicenses), m_model->GetLicensesModel());
+        QSignalSpy products(m_extensionProducts, &QAbstractItemModel::dataChanged);
+        QSignalSpy layouts(m_extensionLayouts, &QAbstractItemModel::dataChanged);
+        QSignalSpy licenses(m_extensionLicenses, &QAbstractItemModel::dataChanged);
+        m_model->SelectExtension(QStringLiteral("stl"));
+        QCOMPARE(Emissions(products) + '/' + Emissions(layouts) + '/' + Emissions(licenses), "0,0 2,7 []/0,0 1,7 []/0,0 3,3 []");
     }
+
     void checkMarks()
     {
-        QFETCH(bool, member);
-        QFETCH(QString, path);
-        const QImage image = QImage(path).convertToFormat(QImage::Format_ARGB32);
-        QCOMPARE(image.size(), QSize(50, 50));
-        QCOMPARE(qAlpha(image.pixel(0, 0)), 0); // transparent corners, drawn middle
-        QVERIFY(qAlpha(image.pixel(25, 25)) > 0);
-        const QIcon icon = CheckMarkData(member, Qt::DecorationRole).value<QIcon>();
-        QCOMPARE(icon.pixmap(50, 50).toImage().convertToFormat(QImage::Format_ARGB32), image);
-        QCOMPARE(CheckMarkData(member, Qt::UserRole), QVariant(member));
-        QVERIFY(!CheckMarkData(member, Qt::DisplayRole).isValid() && !CheckMarkData(member, Qt::EditRole).isValid());
+        for (const bool member : {true, false}) {
+            const QImage image = QImage(member ? ":/check.png" : ":/uncheck.png").convertToFormat(QImage::Format_ARGB32);
+            QCOMPARE(image.size(), QSize(50, 50));
+            const QIcon icon = CheckMarkData(member, Qt::DecorationRole).value<QIcon>();
+            QCOMPARE(icon.pixmap(50, 50).toImage().convertToFormat(QImage::Format_ARGB32), image);
+            QCOMPARE(CheckMarkData(member, Qt::UserRole), QVariant(member));
+            QVERIFY(!CheckMarkData(member, Qt::DisplayRole).isValid());
+        }
     }
 
     void delegateGeometry_data()
@@ -329,7 +280,6 @@ private slots:
         delegate.initStyleOption(&option, model.index(0, 0));
         const int margin = withWidget ? view.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, &option, &view) + 1 : 0;
         QCOMPARE(option.decorationSize, QSize(30 - margin, 22 - margin));
-        QCOMPARE(option.decorationPosition, QStyleOptionViewItem::Top);
         QCOMPARE(option.decorationAlignment, Qt::Alignment(Qt::AlignCenter));
         QCOMPARE(option.features.testFlag(QStyleOptionViewItem::HasDecoration), withIcon);
     }

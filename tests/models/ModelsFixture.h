@@ -1,33 +1,18 @@
 #pragma once
 
 #include "MemoryFolder.h"
-#include "json/VantixFeaturesDiffModel.h"
-#include "json/VantixResultModel.h"
-#include "models/CheckMark.h"
 #include "models/ExtensionsBaseModel.h"
 #include "models/ExtensionsLicenseModel.h"
-#include "models/ExtensionsLicenseProxyModel.h"
 #include "models/FeatureProductsModel.h"
 #include "models/FeaturesModel.h"
-#include "models/IconDelegate.h"
-#include "models/LicenseProxyModel.h"
 #include "models/Model.h"
 #include "models/ProductLayoutsModel.h"
 #include "models/ProductLicensesModel.h"
-#include "models/QueryFilterFeatureModel.h"
-#include "models/RowCursor.h"
 
 #include <QAbstractItemModelTester>
-#include <QApplication>
-#include <QPointer>
+#include <QAbstractProxyModel>
 #include <QSignalSpy>
-#include <QStandardItemModel>
-#include <QStyle>
-#include <QTableView>
 #include <QTest>
-#include <QToolTip>
-
-#include <functional>
 
 using namespace ProductEditor;
 
@@ -52,19 +37,6 @@ inline const char *kProducts = R"({"extensions": {
 inline const char *kLayouts = R"({"layouts": {"design": {"extensions": {"export": ["stl"]}, "features": ["Open"]},
   "print": {"extensions": {"import": ["obj"]}, "features": ["save", "exit"]}}})";
 
-// For the query: f_base {Base} "Alpha", Base grants {Lic1, Lic2}; f_base2 {Base2} untitled;
-// f_a1b1 {a1, b1} "Both"; f_ab {ab} "Ab"; f_none in no product. Layout design holds f_base,
-// f_base2 and f_a1b1; only Base and a1 offer it.
-inline const char *kQueryProducts = R"({
-  "features": {"feature": [{"id": "f_base", "title": "Alpha"}, {"id": "f_base2"},
-    {"id": "f_a1b1", "title": "Both"}, {"id": "f_ab", "title": "Ab"}, {"id": "f_none", "title": "None"}]},
-  "products": {"product": [
-    {"id": "Base", "modes": ["design"], "features": ["f_base"],
-     "licensing": {"base": "L", "specific": [{"id": "f_base", "licenses": ["Lic1", "Lic2"]}]}},
-    {"id": "Base2", "features": ["f_base2"]}, {"id": "a1", "modes": ["design"], "features": ["f_a1b1"]},
-    {"id": "b1", "features": ["f_a1b1"]}, {"id": "ab", "features": ["f_ab"]}]}})";
-inline const char *kQueryLayouts = R"({"layouts": {"design": {"features": ["f_base", "f_base2", "f_a1b1"]}}})";
-
 struct StoreFixture
 {
     explicit StoreFixture(const QByteArray &products = kProducts, const QByteArray &layouts = kLayouts)
@@ -83,43 +55,25 @@ inline std::unique_ptr<QAbstractItemModelTester> Tester(QAbstractItemModel *mode
     return std::make_unique<QAbstractItemModelTester>(model, QAbstractItemModelTester::FailureReportingMode::QtTest);
 }
 
-// One cell as text: invalid reads "-", colours by name, an icon as an empty text.
+// A cell as text: invalid reads "-", colours by name, an icon as an empty text.
 inline QString CellText(const QVariant &value)
 {
-    if (!value.isValid())
-        return QStringLiteral("-");
-    if (value.userType() == QMetaType::QColor) {
-        const QColor color = value.value<QColor>();
-        return color == QColor(Qt::black) ? "black" : color == QColor(Qt::gray) ? "gray" : color.name();
-    }
-    return value.toString();
+    if (value.userType() == QMetaType::QColor)
+        return value.value<QColor>() == Qt::black ? "black" : value.value<QColor>() == Qt::gray ? "gray" : "?";
+    return value.isValid() ? value.toString() : QStringLiteral("-");
 }
 
-// Cells of a row joined with "|".
-inline QString RowText(const QAbstractItemModel &model, int row, int role = Qt::DisplayRole)
-{
-    QStringList cells;
-    for (int column = 0; column < model.columnCount(); ++column)
-        cells << CellText(model.index(row, column).data(role));
-    return cells.join('|');
-}
-
-// Rows joined with ";".
-inline QString TableText(const QAbstractItemModel &model, int role = Qt::DisplayRole)
+// Cells joined with "|" and rows with ";"; for one column, rows joined with ",".
+inline QString Text(const QAbstractItemModel &model, int role = Qt::DisplayRole, int column = -1, int row = -1)
 {
     QStringList rows;
-    for (int row = 0; row < model.rowCount(); ++row)
-        rows << RowText(model, row, role);
-    return rows.join(';');
-}
-
-// One column of every row joined with ",".
-inline QString ColumnText(const QAbstractItemModel &model, int column = 0, int role = Qt::DisplayRole)
-{
-    QStringList cells;
-    for (int row = 0; row < model.rowCount(); ++row)
-        cells << CellText(model.index(row, column).data(role));
-    return cells.join(',');
+    for (int r = row < 0 ? 0 : row; r < (row < 0 ? model.rowCount() : row + 1); ++r) {
+        QStringList cells;
+        for (int c = column < 0 ? 0 : column; c < (column < 0 ? model.columnCount() : column + 1); ++c)
+            cells << CellText(model.index(r, c).data(role));
+        rows << cells.join('|');
+    }
+    return rows.join(column < 0 ? ';' : ',');
 }
 
 inline QString HeaderText(const QAbstractItemModel &model, Qt::Orientation orientation = Qt::Horizontal)
@@ -130,7 +84,7 @@ inline QString HeaderText(const QAbstractItemModel &model, Qt::Orientation orien
     return texts.join('|');
 }
 
-// Every emission: indexes as "row,column" (the root as "-"), role lists in brackets; joined with ";".
+// Every emission as "row,column row,column [roles]" (the root as "-"), joined with ";".
 inline QString Emissions(const QSignalSpy &spy)
 {
     QStringList emissions;
@@ -154,28 +108,20 @@ inline QString Emissions(const QSignalSpy &spy)
 inline QString SortedJoin(const QSet<QString> &set)
 {
     QStringList parts(set.begin(), set.end());
-    std::sort(parts.begin(), parts.end());
+    parts.sort();
     return parts.join(',');
 }
 
-inline QString SortedJoin(const QString &joined)
-{
-    const QStringList parts = joined.split(QStringLiteral(", "), Qt::SkipEmptyParts);
-    return SortedJoin(QSet<QString>(parts.begin(), parts.end()));
-}
-
 // The names of the access sets that hold `id`, in column order.
-inline QString Holding(const ExtensionAccess &access, const QString &id)
+inline QString Holding(const ExtensionAccess &a, const QString &id)
 {
-    QStringList names;
-    for (const auto &set : QList<QPair<const char *, const QSet<QString> *>>{
-             {"export", &access.export_}, {"export_as_project", &access.export_as_project},
-             {"import", &access.import}, {"import_as_project", &access.import_as_project},
-             {"export_as_scene", &access.export_as_scene}, {"open", &access.open}}) {
-        if (set.second->contains(id))
-            names << set.first;
+    const QSet<QString> *sets[] = {&a.export_, &a.export_as_project, &a.import, &a.import_as_project, &a.export_as_scene, &a.open};
+    QStringList holding;
+    for (int i = 0; i < 6; ++i) {
+        if (sets[i]->contains(id))
+            holding << QStringList{"export", "export_project", "import", "import_project", "export_scene", "open"}[i];
     }
-    return names.join(',');
+    return holding.join(',');
 }
 
 inline QAbstractItemModel *SourceOf(QAbstractItemModel *model)
@@ -184,36 +130,10 @@ inline QAbstractItemModel *SourceOf(QAbstractItemModel *model)
     return proxy ? proxy->sourceModel() : nullptr;
 }
 
-class ExposedDelegate : public IconDelegate
-{
-public:
-    using IconDelegate::IconDelegate;
-    using IconDelegate::initStyleOption;
-};
-
-using Map = QMap<QString, int>;
-using MapChange = std::function<void(Map &)>;
-using Cursor = MapRowCursor<QString, int>;
-
-inline Map Numbers(int count, const QString &prefix = QStringLiteral("k"))
-{
-    Map map;
-    for (int i = 0; i < count; ++i)
-        map.insert(prefix + QString::number(i).rightJustified(3, '0'), i);
-    return map;
-}
-
-inline QString KeyAt(Cursor &cursor, const Map &map, int row)
-{
-    const auto it = cursor.At(map, row);
-    return it == map.constEnd() ? QStringLiteral("<end>") : it.key();
-}
-
 } // namespace ModelsTesting
 
 using namespace ModelsTesting;
 
-Q_DECLARE_METATYPE(MapChange)
 // One facade over the shared folder per test, so each model is tested as it is wired.
 class ModelsFixture : public QObject
 {
@@ -246,6 +166,8 @@ protected slots:
     }
 
 protected:
+    VantixJsonData &store() { return *m_fixture->store; }
+
     std::unique_ptr<StoreFixture> m_fixture;
     std::unique_ptr<Model> m_model;
     // The facade's models, not owned.
