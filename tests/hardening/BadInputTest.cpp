@@ -14,7 +14,6 @@ using namespace ProductEditor;
 namespace {
 
 const QByteArray kBom("\xEF\xBB\xBF");
-const QString kAstral = QString::fromUtf8("\xF0\x9F\x98\x80"); // U+1F600, a surrogate pair in UTF-16
 const char *kValidProducts = R"({"features":{"feature":[{"id":"a"}]}})";
 
 QByteArray Nested(int depth)
@@ -32,7 +31,7 @@ QByteArray ManyNames(const QString &prefix)
 
 QString Summary(VantixJsonData &store)
 {
-    return QStringLiteral("%1 features, %2 products, %3 layouts, %4 extensions").arg(store.GetFeatures().size())
+    return QStringLiteral("%1 %2 %3 %4").arg(store.GetFeatures().size())
         .arg(store.GetProducts().products.size()).arg(store.GetLayouts().size()).arg(store.GetExtensions().size());
 }
 
@@ -58,114 +57,59 @@ class BadInputTest : public QObject
     Q_OBJECT
 
 private slots:
-    // An empty summary: the folder is refused.
-    void productsFile_data()
+    // A summary "features products layouts extensions"; an empty one: the folder is refused.
+    void definitionFolder_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QByteArray>("products");
+        QTest::addColumn<QByteArray>("layout");
         QTest::addColumn<QString>("summary");
-        const QString one = QStringLiteral("1 features, 0 products, 1 layouts, 0 extensions");
-        const auto unknown = [](const QByteArray &value) {
-            return R"({"features":{"feature":[{"id":"a"}]},"x":)" + value + "}";
+        const QByteArray layout(R"({"layouts":{"l":{"features":["a"]}}})");
+        const auto row = [&layout](const char *name, const QByteArray &products, const char *summary) {
+            QTest::newRow(name) << products << layout << QString(summary);
         };
-        QTest::newRow("empty file") << QByteArray() << "";
-        QTest::newRow("byte-order mark before the object") << kBom + kValidProducts << one;
-        QTest::newRow("byte-order mark only") << kBom << "";
-        QTest::newRow("invalid UTF-8 in a string") << QByteArray("{\"x\":\"a\xC3\x28\"}") << "";
-        QTest::newRow("UTF-16 surrogate encoded as UTF-8") << QByteArray("{\"x\":\"\xED\xA0\x80\"}") << "";
-        QTest::newRow("truncated") << QByteArray(kValidProducts).left(30) << "";
-        QTest::newRow("trailing garbage") << QByteArray(kValidProducts) + "}" << "";
-        QTest::newRow("top-level string") << QByteArray("\"products\"") << "";
-        QTest::newRow("nesting far past the parser's limit") << unknown(Nested(100000)) << "";
-        QTest::newRow("nesting just past the parser's limit") << unknown(Nested(1024)) << "";
-        QTest::newRow("nesting at the parser's limit is kept") << unknown(Nested(1023)) << one;
-        QTest::newRow("10 MB title") << "{\"features\":{\"feature\":[{\"id\":\"a\",\"title\":\"" + QByteArray(10 << 20, 'x') + "\"}]}}"
-                                     << one;
-        QTest::newRow("numbers where strings belong")
-            << QByteArray(R"({"features":{"feature":[{"id":7,"title":8}]},)"
-                          R"("products":{"product":[{"id":1,"features":[2,3],"modes":[4]}]}})")
-            << "1 features, 1 products, 1 layouts, 0 extensions";
-        QTest::newRow("strings where arrays and objects belong")
-            << QByteArray(R"({"extensions":"stl","features":{"feature":"a"},"products":{"product":[{"id":"p","features":"a",)"
-                          R"("modes":"m","licensing":"base","extensions":"stl"}]}})")
-            << "0 features, 1 products, 1 layouts, 0 extensions";
-        QTest::newRow("sections of the wrong type")
-            << QByteArray(R"({"extensions":[1],"features":[{"id":"a"}],"products":5})") << "0 features, 0 products, 1 layouts, 0 extensions";
-        QTest::newRow("duplicate ids everywhere")
-            << QByteArray(R"({"extensions":{"extension":[{"id":"e"},{"id":"e"}],"lic_coveradge":{"import":[{"id":"e","lic":["a"]},)"
-                          R"({"id":"e","lic":["b","a"]}]}},"features":{"feature":[{"id":"f"},{"id":"f"}]},"products":{"product":[)"
-                          R"({"id":"p","features":["f","f"],"licensing":{"specific":[{"id":"s","licenses":["x"]},{"id":"s"}]}},)"
-                          R"({"id":"p","features":["g"]}]}})")
-            << "2 features, 2 products, 1 layouts, 1 extensions";
-        QTest::newRow("100,000 feature ids in a product")
-            << R"({"products":{"product":[{"id":"p","features":)" + ManyNames("f") + "}]}}"
-            << "100000 features, 1 products, 1 layouts, 0 extensions";
+        const auto unknown = [](const QByteArray &value) { return R"({"features":{"feature":[{"id":"a"}]},"x":)" + value + "}"; };
+        row("empty file", QByteArray(), "");
+        row("byte-order mark before the object", kBom + kValidProducts, "1 0 1 0");
+        row("invalid UTF-8 in a string", "{\"x\":\"a\xC3\x28\"}", "");
+        row("truncated", QByteArray(kValidProducts).left(30), "");
+        row("top-level string", "\"products\"", "");
+        row("nesting far past the parser's limit", unknown(Nested(100000)), "");
+        row("nesting at the parser's limit is kept", unknown(Nested(1023)), "1 0 1 0");
+        row("10 MB title", unknown("0").replace("\"a\"}", "\"a\",\"title\":\"" + QByteArray(10 << 20, 'x') + "\"}"), "1 0 1 0");
+        row("numbers where strings belong",
+            R"({"features":{"feature":[{"id":7,"title":8}]},"products":{"product":[{"id":1,"features":[2,3],"modes":[4]}]}})",
+            "2 1 1 0");
+        row("strings where arrays and objects belong", R"({"extensions":"stl","features":{"feature":"a"},"products":)"
+            R"({"product":[{"id":"p","features":"a","modes":"m","licensing":"base","extensions":"stl"}]}})", "1 1 1 0");
+        row("duplicate ids everywhere", R"({"extensions":{"extension":[{"id":"e"},{"id":"e"}],"lic_coveradge":{"import":)"
+            R"([{"id":"e","lic":["a"]},{"id":"e","lic":["b","a"]}]}},"features":{"feature":[{"id":"f"},{"id":"f"}]},)"
+            R"("products":{"product":[{"id":"p","features":["f","f"],"licensing":{"specific":[{"id":"s","licenses":["x"]},)"
+            R"({"id":"s"}]}},{"id":"p","features":["g"]}]}})", "3 2 1 1");
+        row("100,000 feature ids in a product", R"({"products":{"product":[{"id":"p","features":)" + ManyNames("f") + "}]}}",
+            "100001 1 1 0");
+        const auto layoutRow = [](const char *name, const QByteArray &layout, const char *summary) {
+            QTest::newRow(name) << QByteArray(kValidProducts) << layout << QString(summary);
+        };
+        layoutRow("layout: empty file", QByteArray(), "1 0 0 0");
+        layoutRow("layout: byte-order mark before the object", kBom + layout, "1 0 1 0");
+        layoutRow("layout: truncated", layout.left(layout.size() - 3), "1 0 0 0");
+        layoutRow("layout: layouts is an array", R"({"layouts":["l"]})", "1 0 0 0");
+        layoutRow("layout: numbers where names belong", R"({"layouts":{"l":{"features":[1,null],"extensions":{"open":[2]}}}})",
+                  "2 0 1 0");
     }
-    void productsFile()
+    void definitionFolder()
     {
-        QFETCH(QByteArray, bytes);
+        QFETCH(QByteArray, products);
+        QFETCH(QByteArray, layout);
         QFETCH(QString, summary);
         MemoryFolder folder;
-        folder.addFile(QStringLiteral("products/products.json"), bytes);
-        folder.addFile(QStringLiteral("layouts/main.json"), R"({"layouts":{"main":{}}})");
+        folder.addFile(QStringLiteral("products/products.json"), products);
+        folder.addFile(QStringLiteral("layouts/l.json"), layout);
         VantixJsonData store(folder.root(), folder.reader(), folder.writer(), {});
-        QCOMPARE(store.GetProductsOriginalJson().isEmpty(), summary.isEmpty());
         QCOMPARE(store.Reload(), !summary.isEmpty());
-        if (summary.isEmpty()) {
-            QCOMPARE(Summary(store), QStringLiteral("0 features, 0 products, 0 layouts, 0 extensions"));
-            return;
-        }
-        QCOMPARE(Summary(store), summary);
-        CheckSaveIsFixedPoint(store, folder);
-    }
-
-    void layoutFile_data()
-    {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QStringList>("layouts");
-        const QByteArray valid(R"({"layouts":{"print":{"features":["a"]}}})");
-        QTest::newRow("empty file") << QByteArray() << QStringList();
-        QTest::newRow("byte-order mark before the object") << kBom + valid << QStringList{"print"};
-        QTest::newRow("invalid UTF-8 in a name") << QByteArray("{\"layouts\":{\"pr\xFFint\":{}}}") << QStringList();
-        QTest::newRow("truncated") << valid.left(valid.size() - 3) << QStringList();
-        QTest::newRow("top-level array") << "[" + valid + "]" << QStringList();
-        QTest::newRow("layouts is an array") << QByteArray(R"({"layouts":["print"]})") << QStringList();
-        QTest::newRow("a layout that is a number") << QByteArray(R"({"layouts":{"print":5}})") << QStringList{"print"};
-        QTest::newRow("nesting far past the parser's limit")
-            << R"({"layouts":{"print":{"x":)" + Nested(100000) + "}}}" << QStringList();
-        QTest::newRow("numbers where names belong")
-            << QByteArray(R"({"layouts":{"print":{"features":[1,true,null],"extensions":{"open":[2]}}}})")
-            << QStringList{"print"};
-    }
-    void layoutFile()
-    {
-        QFETCH(QByteArray, bytes);
-        QFETCH(QStringList, layouts);
-        MemoryFolder folder;
-        folder.addFile(QStringLiteral("products/products.json"), kValidProducts);
-        folder.addFile(QStringLiteral("layouts/broken.json"), bytes);
-        VantixJsonData store(folder.root(), folder.reader(), folder.writer(), {});
-        QCOMPARE(store.GetLayouts().keys(), layouts);
-        CheckSaveIsFixedPoint(store, folder);
-    }
-
-    void astralPlaneNamesSortAsUtf16()
-    {
-        // U+FFFD sorts after the astral character in UTF-16 although its code point is smaller.
-        const QString replacement(QChar(0xFFFD));
-        MemoryFolder folder;
-        folder.addFile(QStringLiteral("products/products.json"),
-                       QStringLiteral(R"({"products":{"product":[{"id":"%1","features":["%2","%1","a"]}]}})")
-                           .arg(kAstral, replacement).toUtf8());
-        folder.addFile(QStringLiteral("layouts/%1.json").arg(kAstral),
-                       QStringLiteral(R"({"layouts":{"%1":{}}})").arg(kAstral).toUtf8());
-        VantixJsonData store(folder.root(), folder.reader(), folder.writer(), {});
-        QCOMPARE(store.GetFeatures().keys(), (QStringList{"a", kAstral, replacement}));
-        QCOMPARE(store.GetFeatures().value(kAstral).productIds, QSet<QString>{kAstral});
-        CheckSaveIsFixedPoint(store, folder);
-        QVERIFY(folder.written.contains(folder.path(QStringLiteral("layouts/%1.json").arg(kAstral))));
-        const QJsonArray written = QJsonDocument::fromJson(folder.written.value(folder.path("products/products.json")))
-                                       .object()["products"].toObject()["product"].toArray()[0].toObject()["features"].toArray();
-        QCOMPARE(written, (QJsonArray{"a", kAstral, replacement}));
+        QCOMPARE(Summary(store), summary.isEmpty() ? "0 0 0 0" : summary);
+        if (!summary.isEmpty())
+            CheckSaveIsFixedPoint(store, folder);
     }
 
     void jsonModel_data()
@@ -175,12 +119,8 @@ private slots:
         QTest::newRow("empty") << QByteArray() << -1;
         QTest::newRow("byte-order mark before the object") << kBom + "{\"a\":1}" << 1;
         QTest::newRow("invalid UTF-8") << QByteArray("{\"a\":\"\xC0\xAF\"}") << -1;
-        QTest::newRow("truncated") << QByteArray("{\"a\":[1,2") << -1;
-        QTest::newRow("nesting far past the parser's limit") << Nested(100000) << -1;
         QTest::newRow("nesting at the parser's limit") << Nested(1024) << 1;
-        QTest::newRow("10 MB string") << "{\"s\":\"" + QByteArray(10 << 20, 'x') + "\"}" << 1;
         QTest::newRow("100,000-element array") << ManyNames("n") << 100000;
-        QTest::newRow("astral-plane key") << QStringLiteral("{\"%1\":\"%1\"}").arg(kAstral).toUtf8() << 1;
     }
     void jsonModel()
     {
@@ -206,17 +146,11 @@ private slots:
         QTest::newRow("nesting at the parser's limit")
             << QByteArray("{\"d\":").repeated(1024) + "1" + QByteArray(1024, '}')
             << QByteArray("{\"d\":").repeated(1024) + "2" + QByteArray(1024, '}') << "d:1";
-        QTest::newRow("10 MB strings that differ at the end")
-            << "{\"s\":\"" + QByteArray(10 << 20, 'x') + "a\"}" << "{\"s\":\"" + QByteArray(10 << 20, 'x') + "b\"}"
-            << "s:1";
         QTest::newRow("100,000-element arrays, one name differs")
             << "{\"n\":" + ManyNames("n") + "}" << "{\"n\":" + ManyNames("n").replace("\"n99999\"", "\"other\"") + "}"
             << "n:1";
         QTest::newRow("numbers where strings belong") << QByteArray(R"({"x":5,"a":"1"})") << QByteArray(R"({"x":"5","a":1})")
                                                       << "a:1,x:1";
-        QTest::newRow("astral-plane keys") << QStringLiteral("{\"%1\":1}").arg(kAstral).toUtf8()
-                                           << QByteArray(R"({"\ud83d\ude01":1})")
-                                           << kAstral + ":4," + QString::fromUtf8("\xF0\x9F\x98\x81") + ":8";
     }
     void diffEngine()
     {

@@ -56,14 +56,8 @@ QString Shape(const QJsonTreeItem *node)
 QModelIndex Find(const QAbstractItemModel &model, const QString &path)
 {
     QModelIndex current;
-    for (const QString &key : path.split(QLatin1Char('/'))) {
-        const QModelIndexList hits = model.rowCount(current) == 0
-            ? QModelIndexList()
-            : model.match(model.index(0, 0, current), Qt::DisplayRole, key, 1, Qt::MatchExactly);
-        if (hits.isEmpty())
-            return QModelIndex();
-        current = hits.first();
-    }
+    for (const QString &key : path.split('/'))
+        current = model.match(model.index(0, 0, current), Qt::DisplayRole, key, 1, Qt::MatchExactly).value(0);
     return current;
 }
 
@@ -71,16 +65,12 @@ QModelIndex Find(const QAbstractItemModel &model, const QString &path)
 QString Cells(const QModelIndex &node)
 {
     QStringList cells;
-    for (int column = 0; column < 3; ++column) {
-        const QModelIndex cell = node.siblingAtColumn(column);
-        const QVariant text = cell.data();
-        const QVariant check = cell.data(Qt::CheckStateRole);
-        cells << QStringLiteral("%1,%2,%3")
-                     .arg(text.isValid() ? text.toString() : QStringLiteral("~"),
-                          check.isValid() ? check.toString() : QStringLiteral("~"))
-                     .arg(int(cell.model()->flags(cell)));
+    for (const QModelIndex &cell : {node.siblingAtColumn(0), node.siblingAtColumn(1), node.siblingAtColumn(2)}) {
+        const QVariant text = cell.data(), check = cell.data(Qt::CheckStateRole);
+        cells << (text.isValid() ? text.toString() : "~") + ',' + (check.isValid() ? check.toString() : "~") + ','
+                     + QString::number(cell.model()->flags(cell));
     }
-    return cells.join(QLatin1Char(' '));
+    return cells.join(' ');
 }
 
 // Gives the nodes of two equal trees the same random sides.
@@ -118,7 +108,6 @@ private slots:
         row("array objects matched by id", R"({"s":[{"id":"a","v":1},{"id":"b"}]})",
             R"({"s":[{"id":"a","v":2},{"id":"c"}]})", "s[1](a[2](v[1]) b[6] c[10])");
         row("scalar order does not count", R"({"s":["x","y"]})", R"({"s":["y","z"]})", "s[1](x[4] z[8])");
-        row("non-string scalars get empty keys", R"({"s":[1,true,null,"x"]})", R"({"s":[]})", "s[1]([4] [4] [4] x[4])");
         row("number id and string id differ", R"({"s":[{"id":5}]})", R"({"s":[{"id":"5"}]})", "s[1]([6] 5[10])");
         row("id-less object pairs with a scalar", R"({"s":[{"a":1}]})", R"({"s":[3,{"a":2}]})", "s[1]([2](a[4]) [6] [8])");
         row("equal partner passed over, next one compared", R"({"s":[{"id":"a","v":1}]})",
@@ -126,7 +115,6 @@ private slots:
         row("walk stops at the first differing partner", R"({"s":[{"id":"a","v":1}]})",
             R"({"s":[{"id":"a","v":2},{"id":"a","v":1}]})", "s[1](a[2](v[1]))");
         row("array against a string", R"({"s":["x"]})", R"({"s":"x"})", "s[1](x[4])");
-        row("number against an object", R"({"a":1})", R"({"a":{"b":1}})", "a[1]");
 
         // Sizes at which walking the other array for every element would never finish.
         const auto big = [](const char *name, const QJsonObject &element, const QJsonValue &tail, const QString &node,
@@ -151,22 +139,6 @@ private slots:
         QFETCH(QJsonObject, right);
         QFETCH(QString, shape);
         QCOMPARE(Shape(DiffJson(left, right).get()), shape);
-    }
-
-    void nodeFields()
-    {
-        const auto root = DiffJson(Obj(R"({"a":1,"n":{"b":"x"},"s":[{"id":"k","v":true},"q"]})"),
-                                   Obj(R"({"a":2,"n":{"b":"y"},"s":[{"id":"k","v":false}]})"));
-        QCOMPARE(Full(root.get()), QStringList({
-            "root type=5 diff=0 action=1 value= left=[null] right=[null]",
-            " a type=2 diff=1 action=1 value= left=[1] right=[2]",
-            " n type=5 diff=1 action=1 value= left=[null] right=[null]",
-            "  b type=3 diff=1 action=1 value= left=[\"x\"] right=[\"y\"]",
-            " s type=4 diff=1 action=1 value= left=[null] right=[null]",
-            "  k type=5 diff=2 action=1 value= left=[null] right=[null]",
-            "   v type=1 diff=1 action=1 value= left=[true] right=[false]",
-            "  q type=3 diff=4 action=1 value= left=[\"q\"] right=[null]",
-        }));
     }
 
     void matchesQuadraticReference_data()
@@ -225,10 +197,7 @@ private slots:
         row("left-only element given up: dropped", objects, otherObjects, "s/b", 2, R"({"s":[{"id":"a","v":1}]})");
         row("nested member of a matched element", objects, otherObjects, "s/a/v", 2,
             R"({"s":[{"id":"a","v":2},{"id":"b"}]})");
-        row("left-only string given up", R"({"s":["x","y"]})", R"({"s":["y","z"]})", "s/x", 2, R"({"s":["y"]})");
         row("right-only string taken", R"({"s":["x","y"]})", R"({"s":["y","z"]})", "s/z", 2, R"({"s":["x","y","z"]})");
-        row("changed nested member takes the right value", R"({"n":{"b":"x","c":1}})", R"({"n":{"b":"y","c":1}})", "n/b",
-            2, R"({"n":{"b":"y","c":1}})");
         row("right-only member taken: never added", R"({"a":1})", R"({"a":1,"b":2})", "b", 2, R"({"a":1})");
         row("left-only member given up: never removed", R"({"a":1,"b":2})", R"({"a":1})", "b", 2, R"({"a":1,"b":2})");
         row("left-only number matches no child: appended again", R"({"s":[1]})", R"({"s":[]})", "s", 1, R"({"s":[1,1]})");
@@ -287,6 +256,10 @@ private slots:
         QFETCH(bool, editable);
         QFETCH(QString, cells);
         VantixFeaturesDiffModel model;
+        // setData's notification ends past the last column (see below), so the tester watches resets only.
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QCOMPARE(model.headerData(2, Qt::Horizontal).toString() + model.headerData(3, Qt::Horizontal).toString(),
+                 QStringLiteral("Original/Right"));
         model.Regenerate(Obj(R"({"a":1,"l":true,"s":[{"id":"a","v":1},{"id":"b"}]})"),
                          Obj(R"({"a":2,"r":"x","s":[{"id":"a","v":2},{"id":"c"}]})"));
         model.setEditableMode(editable);
@@ -328,30 +301,6 @@ private slots:
         QCOMPARE(spy.count(), 2);
     }
 
-    void headersAndResets()
-    {
-        VantixFeaturesDiffModel model;
-        // setData's notification ends past the last column (see above), so the tester watches resets only.
-        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-        QStringList headers;
-        for (int section = 0; section < 4; ++section)
-            headers << model.headerData(section, Qt::Horizontal).toString();
-        QCOMPARE(headers, QStringList({"Key", "Current/Left", "Original/Right", ""}));
-        QVERIFY(!model.headerData(0, Qt::Vertical).isValid());
-
-        QJsonObject target = Obj(R"({"a":[1,{"id":"x"}]})");
-        model.ApplyPatch(target); // no tree yet: nothing changes
-        QCOMPARE(target, Obj(R"({"a":[1,{"id":"x"}]})"));
-        QSignalSpy reset(&model, &QAbstractItemModel::modelReset);
-        RandomJson random(77u);
-        for (int round = 0; round < 10; ++round) {
-            const QJsonObject left = random.Object(4);
-            model.Regenerate(left, random.Mutate(left, 4).toObject());
-        }
-        QVERIFY(!model.Regenerate(target, target));
-        QCOMPARE(reset.count(), 11);
-        QCOMPARE(model.rowCount(), 0);
-    }
 };
 
 QTEST_GUILESS_MAIN(DiffEngineTest)

@@ -84,20 +84,17 @@ inline QString HeaderText(const QAbstractItemModel &model, Qt::Orientation orien
     return texts.join('|');
 }
 
-// Every emission as "row,column row,column [roles]" (the root as "-"), joined with ";".
+// Every emission: index arguments as "row,column" ("-" for the root), others as text, a role list as "[]" or "[roles]".
 inline QString Emissions(const QSignalSpy &spy)
 {
     QStringList emissions;
     for (const QList<QVariant> &arguments : spy) {
         QStringList texts;
-        for (const QVariant &argument : arguments) {
-            const QModelIndex index = argument.toModelIndex();
-            if (argument.userType() == qMetaTypeId<QModelIndex>())
-                texts << (index.isValid() ? QString("%1,%2").arg(index.row()).arg(index.column()) : "-");
-            else if (argument.userType() == qMetaTypeId<QVector<int>>())
-                texts << QString("[%1]").arg(argument.value<QVector<int>>().size() ? "roles" : "");
-            else
-                texts << argument.toString();
+        for (const QVariant &a : arguments) {
+            const QModelIndex i = a.toModelIndex();
+            texts << (a.userType() == qMetaTypeId<QModelIndex>() ? (i.isValid() ? QString("%1,%2").arg(i.row()).arg(i.column()) : "-")
+                      : a.userType() == qMetaTypeId<QVector<int>>() ? (a.value<QVector<int>>().isEmpty() ? "[]" : "[roles]")
+                                                                     : a.toString());
         }
         emissions << texts.join(' ');
     }
@@ -110,18 +107,6 @@ inline QString SortedJoin(const QSet<QString> &set)
     QStringList parts(set.begin(), set.end());
     parts.sort();
     return parts.join(',');
-}
-
-// The names of the access sets that hold `id`, in column order.
-inline QString Holding(const ExtensionAccess &a, const QString &id)
-{
-    const QSet<QString> *sets[] = {&a.export_, &a.export_as_project, &a.import, &a.import_as_project, &a.export_as_scene, &a.open};
-    QStringList holding;
-    for (int i = 0; i < 6; ++i) {
-        if (sets[i]->contains(id))
-            holding << QStringList{"export", "export_project", "import", "import_project", "export_scene", "open"}[i];
-    }
-    return holding.join(',');
 }
 
 inline QAbstractItemModel *SourceOf(QAbstractItemModel *model)

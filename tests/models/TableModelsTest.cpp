@@ -175,8 +175,7 @@ private slots:
         QCOMPARE(Text(*table, Qt::DisplayRole, model == "products" ? 1 : 0), ids);
         // The store drops the references to a removed product or extension.
         QCOMPARE(SortedJoin(store().GetFeatures().value("exit").productIds), model == "products" ? "Base2" : "Base2,ab");
-        const QString stl = model == "extensions" ? "" : "import,open";
-        QCOMPARE(Holding(store().GetProducts().products.at(0).extensions, "stl"), stl);
+        QCOMPARE(store().GetProducts().products.at(0).extensions.open.contains("stl"), model != "extensions");
     }
 
     void storeChangesResetTheTables()
