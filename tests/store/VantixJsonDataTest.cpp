@@ -59,11 +59,12 @@ class VantixJsonDataTest : public QObject
 private slots:
     void init()
     {
-        m_store.reset();
         m_folder = std::make_unique<MemoryFolder>();
         m_folder->addFile("products/products.json", kProducts);
         m_folder->addFile("layouts/a.json", kLayoutsA);
         m_folder->addFile("layouts/b.json", R"({"layouts": {"view": {"features": []}}})");
+        m_store = std::make_unique<VantixJsonData>(m_folder->root(), m_folder->reader(), m_folder->writer(),
+                                                   QMap<QString, QString>{{"Base", "Base license"}});
     }
 
     void refusesFolders_data()
@@ -105,7 +106,7 @@ private slots:
 
     void loadsRecordsWithDefaults()
     {
-        VantixJsonData &store = load();
+        VantixJsonData &store = *m_store;
         QCOMPARE(store.GetLicenses().value("Base"), QString("Base license"));
         // "" comes from a number in a list of names; "ghost" only from a product's list.
         const auto &features = store.GetFeatures();
@@ -141,7 +142,7 @@ private slots:
 
     void reloadMergesExtensionsAndGrowsLayoutFiles()
     {
-        VantixJsonData &store = load();
+        VantixJsonData &store = *m_store;
         QSignalSpy aboutToReset(&store, &VantixJsonData::featuresDataAboutToBeReset);
         QSignalSpy reset(&store, &VantixJsonData::featuresDataReseted);
         store.GetFeatures()["open"].title = "edited";
@@ -164,7 +165,7 @@ private slots:
 
     void generationKeepsOnlyWhatTheEditorDoesNotModel()
     {
-        VantixJsonData &store = load();
+        VantixJsonData &store = *m_store;
         store.GetFeatures()["ghost"].productIds.clear(); // still a feature entry
         store.GetLayouts().remove("view");
         store.GetLayoutsResultJsons()["view"] = QJsonObject{{"mark", 1}}; // left as it is
@@ -199,7 +200,7 @@ private slots:
 
     void saveAsIntoEmptyFolderCreatesBothFolders()
     {
-        VantixJsonData &store = load();
+        VantixJsonData &store = *m_store;
         MemoryFolder target;
         QVERIFY(store.SaveAs(target.root()));
         QVERIFY(QFileInfo(target.path("products")).isDir() && QFileInfo(target.path("layouts")).isDir());
@@ -218,7 +219,7 @@ private slots:
 
     void saveAsReportsAFolderItCannotCreate()
     {
-        VantixJsonData &store = load();
+        VantixJsonData &store = *m_store;
         MemoryFolder target;
         target.addFile("file", "x");
         QTest::ignoreMessage(QtWarningMsg, "Couldn't create Products folder.");
@@ -235,9 +236,9 @@ private slots:
         QVERIFY(m_folder->written.contains(target.path("plain/products/products.json")));
     }
 
-    void duplicateFeature()
+    void duplicates()
     {
-        VantixJsonData &store = load();
+        VantixJsonData &store = *m_store;
         QSignalSpy aboutToReset(&store, &VantixJsonData::featuresDataAboutToBeReset);
         QSignalSpy reset(&store, &VantixJsonData::featuresDataReseted);
         QVERIFY(!store.DuplicateFeatureFrom("open", "save"));
@@ -249,11 +250,7 @@ private slots:
         const VantixFeatureData &copy = store.GetFeatures()["open2"];
         QCOMPARE(QStringList({copy.title, Sorted(copy.productIds), Sorted(copy.layoutNames)}),
                  QStringList({"Open again", "lite,pro", "design,print"}));
-    }
 
-    void duplicateProduct()
-    {
-        VantixJsonData &store = load();
         QSignalSpy aboutToUpdate(&store, &VantixJsonData::productsDataAboutToBeUpdate);
         QSignalSpy updated(&store, &VantixJsonData::productsDataUpdated);
         QVERIFY(!store.DuplicateProductFrom("pro", "lite"));
@@ -264,16 +261,15 @@ private slots:
         const auto &products = store.GetProducts().products;
         QCOMPARE(products.size(), 3);
         QCOMPARE(products.last().id + products.last().base, QString("pro2Base"));
-        QCOMPARE(products.last().specificLicenses, products.first().specificLicenses);
-        QCOMPARE(products.last().modes, products.first().modes);
+        QVERIFY(products.last().specificLicenses == products[0].specificLicenses && products.last().modes == products[0].modes);
         for (const char *id : {"open", "save", "ghost"})
             QVERIFY2(store.GetFeatures()[id].productIds.contains("pro2"), id);
         QVERIFY(!store.GetFeatures()[""].productIds.contains("pro2"));
     }
 
-    void removeExtension()
+    void removals()
     {
-        VantixJsonData &store = load();
+        VantixJsonData &store = *m_store;
         store.GetLayouts()["print"].open.insert("stl");
         store.RemoveExtension("stl");
         QVERIFY(!store.GetExtensions().contains("stl"));
@@ -284,25 +280,20 @@ private slots:
         store.RemoveExtension("obj");
         store.RemoveExtension("obj");
         QVERIFY(store.GetProducts().products[0].extensions.import.isEmpty());
-    }
 
-    void removeProduct()
-    {
-        VantixJsonData &store = load();
         store.GetProducts().products.append(store.GetProducts().products[0]);
         store.RemoveProduct("missing");
         QCOMPARE(store.GetProducts().products.size(), 3);
         store.RemoveProduct("pro");
         const auto &products = store.GetProducts().products;
         QCOMPARE(products[0].id + products[1].id, QString("litepro")); // the later duplicate stays
-        QVERIFY(store.GetFeatures().contains("save"));
-        QVERIFY(store.GetFeatures()["save"].productIds.isEmpty());
+        QVERIFY(store.GetFeatures().contains("save") && store.GetFeatures()["save"].productIds.isEmpty());
         QCOMPARE(Sorted(store.GetFeatures()["open"].productIds), QString("lite"));
     }
 
     void productSettersAndBasicLicense()
     {
-        VantixJsonData &store = load();
+        VantixJsonData &store = *m_store;
         store.GetProducts().products.append(store.GetProducts().products[0]);
         store.SetBaseLicenseToProduct("pro", "Gold");
         store.SetSuffixToProduct("pro", "_gold");
@@ -318,13 +309,6 @@ private slots:
     }
 
 private:
-    VantixJsonData &load()
-    {
-        m_store = std::make_unique<VantixJsonData>(m_folder->root(), m_folder->reader(), m_folder->writer(),
-                                                   QMap<QString, QString>{{"Base", "Base license"}});
-        return *m_store;
-    }
-
     std::unique_ptr<MemoryFolder> m_folder;
     std::unique_ptr<VantixJsonData> m_store;
 };

@@ -1,0 +1,623 @@
+// The store table models, the check-mark models and their delegate, the filters and the facade that wires them.
+#include "MemoryFolder.h"
+#include "models/CheckMark.h"
+#include "models/ExtensionsBaseModel.h"
+#include "models/ExtensionsLicenseModel.h"
+#include "models/FeatureProductsModel.h"
+#include "models/FeaturesModel.h"
+#include "models/IconDelegate.h"
+#include "models/Model.h"
+#include "models/ProductLayoutsModel.h"
+#include "models/ProductLicensesModel.h"
+#include "models/QueryFilterFeatureModel.h"
+
+#include <QAbstractItemModelTester>
+#include <QAbstractProxyModel>
+#include <QSignalSpy>
+#include <QStandardItemModel>
+#include <QTableView>
+#include <QTest>
+#include <QToolTip>
+
+using namespace ProductEditor;
+
+namespace {
+
+// Features: Open, exit, my_feat_1, orphan, save (rows in this order); products: Base, Base2, ab;
+// layouts: design, print; extensions: obj, stl; licence catalogue: 10, 2, B, Lic1.
+const char *kProducts = R"({"extensions": {
+  "extension": [{"id": "stl", "title": "STL", "ext": ".stl", "cad_support": true},
+                {"id": "obj", "title": "OBJ", "ext": ".obj", "slices_support": true}],
+  "lic_coveradge": {"import": [{"id": "stl", "lic": ["10", "2"]}], "export": [{"id": "obj", "lic": ["B"]}]}},
+ "features": {"feature": [{"id": "Open", "title": "Open file", "tooltip": "Opens", "statustip": "Opening"},
+  {"id": "save", "title": "Save", "emergency": true}, {"id": "my_feat_1"},
+  {"id": "orphan", "title": "Orphan", "visual": false}, {"id": "exit", "title": "Exit"}]},
+ "products": {"product": [
+  {"id": "Base", "profile_suffix": "_b", "modes": ["design"], "features": ["Open", "save", "my_feat_1"],
+   "licensing": {"base": "L1", "specific": [{"id": "Open", "licenses": ["Lic1", "2"]}]},
+   "extensions": {"import": ["stl"], "open": ["stl", "obj"]}},
+  {"id": "Base2", "profile_suffix": "_b2", "modes": ["design", "print"], "features": ["save", "exit"],
+   "licensing": {"base": "L2", "specific": [{"id": "save", "licenses": ["Lic1"]}]}},
+  {"id": "ab", "licensing": {"base": "L3"}, "features": ["exit"]}]}})";
+const char *kLayouts = R"({"layouts": {"design": {"extensions": {"export": ["stl"]}, "features": ["Open"]},
+  "print": {"extensions": {"import": ["obj"]}, "features": ["save", "exit"]}}})";
+
+struct StoreFixture
+{
+    explicit StoreFixture(const QByteArray &products = kProducts, const QByteArray &layouts = kLayouts)
+    {
+        folder.addFile(QStringLiteral("products/products.json"), products);
+        folder.addFile(QStringLiteral("layouts/layouts.json"), layouts);
+        store = std::make_unique<VantixJsonData>(folder.root(), folder.reader(), folder.writer(),
+            QMap<QString, QString>{{"10", "Ten"}, {"2", "Two"}, {"B", "Bee"}, {"Lic1", "Licence one"}});
+    }
+    MemoryFolder folder;
+    std::unique_ptr<VantixJsonData> store;
+};
+
+std::unique_ptr<QAbstractItemModelTester> Tester(QAbstractItemModel *model)
+{
+    return std::make_unique<QAbstractItemModelTester>(model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+}
+
+// A cell as text: invalid reads "-", colours by name, an icon as an empty text.
+QString CellText(const QVariant &value)
+{
+    if (value.userType() == QMetaType::QColor)
+        return value.value<QColor>() == Qt::black ? "black" : value.value<QColor>() == Qt::gray ? "gray" : "?";
+    return value.isValid() ? value.toString() : QStringLiteral("-");
+}
+
+// Cells joined with "|" and rows with ";"; for one column, rows joined with ",".
+QString Text(const QAbstractItemModel &model, int role = Qt::DisplayRole, int column = -1, int row = -1)
+{
+    QStringList rows;
+    for (int r = row < 0 ? 0 : row; r < (row < 0 ? model.rowCount() : row + 1); ++r) {
+        QStringList cells;
+        for (int c = column < 0 ? 0 : column; c < (column < 0 ? model.columnCount() : column + 1); ++c)
+            cells << CellText(model.index(r, c).data(role));
+        rows << cells.join('|');
+    }
+    return rows.join(column < 0 ? ';' : ',');
+}
+
+QString HeaderText(const QAbstractItemModel &model, Qt::Orientation orientation = Qt::Horizontal)
+{
+    QStringList texts;
+    for (int section = 0; section < (orientation == Qt::Horizontal ? model.columnCount() : model.rowCount()); ++section)
+        texts << CellText(model.headerData(section, orientation));
+    return texts.join('|');
+}
+
+// Every emission: index arguments as "row,column" ("-" for the root), others as text, a role list as "[]" or "[roles]".
+QString Emissions(const QSignalSpy &spy)
+{
+    QStringList emissions;
+    for (const QList<QVariant> &arguments : spy) {
+        QStringList texts;
+        for (const QVariant &a : arguments) {
+            const QModelIndex i = a.toModelIndex();
+            texts << (a.userType() == qMetaTypeId<QModelIndex>() ? (i.isValid() ? QString("%1,%2").arg(i.row()).arg(i.column()) : "-")
+                      : a.userType() == qMetaTypeId<QVector<int>>() ? (a.value<QVector<int>>().isEmpty() ? "[]" : "[roles]")
+                                                                     : a.toString());
+        }
+        emissions << texts.join(' ');
+    }
+    return emissions.join(';');
+}
+
+// Set order is free: sort.
+QString SortedJoin(const QSet<QString> &set)
+{
+    QStringList parts(set.begin(), set.end());
+    parts.sort();
+    return parts.join(',');
+}
+
+QAbstractItemModel *SourceOf(QAbstractItemModel *model)
+{
+    auto *proxy = qobject_cast<QAbstractProxyModel *>(model);
+    return proxy ? proxy->sourceModel() : nullptr;
+}
+
+// f_base {Base} "Alpha", Base grants {Lic1, Lic2}; f_base2 {Base2} untitled; f_a1b1 {a1, b1} "Both";
+// f_ab {ab} "Ab"; f_none in no product. Layout design holds f_base, f_base2 and f_a1b1; only Base and a1 offer it.
+const char *kQueryProducts = R"({
+  "features": {"feature": [{"id": "f_base", "title": "Alpha"}, {"id": "f_base2"},
+    {"id": "f_a1b1", "title": "Both"}, {"id": "f_ab", "title": "Ab"}, {"id": "f_none", "title": "None"}]},
+  "products": {"product": [
+    {"id": "Base", "modes": ["design"], "features": ["f_base"],
+     "licensing": {"base": "L", "specific": [{"id": "f_base", "licenses": ["Lic1", "Lic2"]}]}},
+    {"id": "Base2", "features": ["f_base2"]}, {"id": "a1", "modes": ["design"], "features": ["f_a1b1"]},
+    {"id": "b1", "features": ["f_a1b1"]}, {"id": "ab", "features": ["f_ab"]}]}})";
+const char *kQueryLayouts = R"({"layouts": {"design": {"features": ["f_base", "f_base2", "f_a1b1"]}}})";
+
+class ExposedDelegate : public IconDelegate
+{
+public:
+    using IconDelegate::IconDelegate;
+    using IconDelegate::initStyleOption;
+};
+
+} // namespace
+
+// One facade over the shared folder per test, so each model is tested as it is wired.
+class ModelsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        qRegisterMetaType<QList<QPersistentModelIndex>>();
+        qRegisterMetaType<QAbstractItemModel::LayoutChangeHint>();
+    }
+    void init()
+    {
+        m_fixture = std::make_unique<StoreFixture>();
+        m_model = std::make_unique<Model>(*m_fixture->store);
+        m_features = m_model->GetSourceFeaturesModel();
+        m_extensions = m_model->GetExtensionsModel();
+        m_products = m_model->GetProductsModel();
+        m_featureProducts = qobject_cast<FeatureProductsModel *>(m_model->GetFeatureProductsModel());
+        m_productLayouts = qobject_cast<ProductLayoutsModel *>(m_model->GetProductLayoutsModel());
+        m_productLicenses = qobject_cast<ProductLicensesModel *>(SourceOf(m_model->GetProductLicensesModel()));
+        m_extensionProducts = qobject_cast<ExtensionsBaseModel *>(m_model->GetExtensionsProductModel());
+        m_extensionLayouts = qobject_cast<ExtensionsBaseModel *>(m_model->GetExtensionsLayoutModel());
+        m_extensionLicenses = qobject_cast<ExtensionsLicenseModel *>(SourceOf(m_model->GetExtensionsLicenseModel()));
+    }
+    void cleanup()
+    {
+        m_model.reset();
+        m_fixture.reset();
+    }
+
+    void tables()
+    {
+        QAbstractItemModel &layouts = *m_model->GetLayoutsModel();
+        const auto testers = {Tester(m_features), Tester(m_extensions), Tester(m_products), Tester(&layouts)};
+        QCOMPARE(HeaderText(*m_features), "Id|Title|Tooltip|Statustip|Visible|Emergrncy|Products|Layouts|Licenses");
+        QCOMPARE(Text(*m_features, Qt::ToolTipRole, -1, 0).section('|', 0, 7), "Open|Open file|Opens|Opening|true|false|Base|design");
+        QVERIFY(QStringList({"2, Lic1", "Lic1, 2"}).contains(m_features->index(0, 8).data().toString()));
+        // The joined lists are not editable, so a mapped editor shows them empty.
+        QCOMPARE(Text(*m_features, Qt::EditRole, -1, 0), QStringLiteral("Open|Open file|Opens|Opening|true|false|-|-|-"));
+        QCOMPARE(Text(*m_features, Qt::DisplayRole, 6, 3) + Text(*m_features, Qt::DecorationRole, 1, 0), "-"); // orphan: ""
+        QCOMPARE(HeaderText(*m_extensions), "Id|Title|Extension|Cad support|Multiple parts support|Slices support|Load as part");
+        QCOMPARE(Text(*m_extensions, Qt::EditRole), "obj|OBJ|.obj|false|false|true|false;stl|STL|.stl|true|false|false|false");
+        QCOMPARE(Text(*m_products), QStringLiteral("-|Base|_b|L1;-|Base2|_b2|L2;-|ab||L3"));
+        // The same words beside the rows, kept as they are.
+        QCOMPARE(HeaderText(*m_products) + '/' + HeaderText(*m_products, Qt::Vertical), "-|Product|Suffix|Base lic/-|Product|Suffix");
+        QCOMPARE(Text(layouts) + '/' + HeaderText(layouts), "-|-|design;-|-|print/Current\nFeature|Current\nProduct|Name");
+        QCOMPARE(Text(*m_model->GetLicensesModel(), Qt::DisplayRole, 2), QStringLiteral("Ten,Two,Bee,Licence one"));
+    }
+
+    // An empty text means refused: the row keeps its text and nothing is announced.
+    void edits_data()
+    {
+        QTest::addColumn<int>("model"); // 0 features (row 2), 1 extensions, 2 products
+        QTest::addColumn<int>("column");
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<int>("role");
+        QTest::addColumn<QString>("row");
+        QTest::newRow("feature visible from text") << 0 << 4 << QVariant("false") << 2 << "my_feat_1||||false|false|Base||";
+        QTest::newRow("feature emergency from int") << 0 << 5 << QVariant(1) << 2 << "my_feat_1||||true|true|Base||";
+        QTest::newRow("feature products accept and keep") << 0 << 6 << QVariant("x") << 2 << "my_feat_1||||true|false|Base||";
+        QTest::newRow("feature title equal to the own id") << 0 << 1 << QVariant("my_feat_1") << 2 << "";
+        QTest::newRow("feature display role") << 0 << 1 << QVariant("T") << 0 << "";
+        QTest::newRow("extension load as part") << 1 << 6 << QVariant(true) << 2 << "obj|OBJ|.obj|false|false|true|true";
+        QTest::newRow("extension pattern equal to the own id") << 1 << 2 << QVariant("obj") << 2 << "";
+        QTest::newRow("product base") << 2 << 3 << QVariant("T") << 2 << "-|Base|_b|T";
+        QTest::newRow("product id, written straight") << 2 << 1 << QVariant("T") << 2 << "-|T|_b|L1";
+    }
+    void edits()
+    {
+        QFETCH(int, model);
+        QFETCH(int, column);
+        QFETCH(QVariant, value);
+        QFETCH(int, role);
+        QFETCH(QString, row);
+        QAbstractItemModel *table = QList<QAbstractItemModel *>{m_features, m_extensions, m_products}[model];
+        const int r = model == 0 ? 2 : 0;
+        const auto tester = Tester(table);
+        const QString before = Text(*table, Qt::DisplayRole, -1, r);
+        QSignalSpy changed(table, &QAbstractItemModel::dataChanged);
+        QCOMPARE(table->setData(table->index(r, column), value, role), !row.isEmpty());
+        QCOMPARE(Text(*table, Qt::DisplayRole, -1, r), row.isEmpty() ? before : row);
+        QCOMPARE(Emissions(changed), row.isEmpty() ? "" : QString("%1,%2 %1,%2 []").arg(r).arg(column));
+        QCOMPARE(SortedJoin(store().GetFeatures().value("Open").productIds), "Base"); // a renamed product is not followed
+    }
+
+    // A rename is a removal and an insertion; the change is reported at the old row.
+    void rename_data()
+    {
+        QTest::addColumn<bool>("features");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<QString>("id");
+        QTest::addColumn<QString>("moves");
+        QTest::addColumn<QString>("ids");
+        QTest::newRow("feature to the front") << true << 4 << "Alpha" << "- 4 4/- 0 0" << "Alpha,Open,exit,my_feat_1,orphan";
+        QTest::newRow("feature to an existing id") << true << 4 << "exit" << "/" << "Open,exit,my_feat_1,orphan,save";
+        QTest::newRow("extension to the back") << false << 0 << "zip" << "- 0 0/- 1 1" << "stl,zip";
+        QTest::newRow("extension to an existing id") << false << 1 << "obj" << "/" << "obj,stl";
+    }
+    void rename()
+    {
+        QFETCH(bool, features);
+        QFETCH(int, row);
+        QFETCH(QString, id);
+        QFETCH(QString, moves);
+        QFETCH(QString, ids);
+        QAbstractItemModel *table = features ? m_features : m_extensions;
+        const auto tester = Tester(table);
+        QSignalSpy removed(table, &QAbstractItemModel::rowsRemoved);
+        QSignalSpy inserted(table, &QAbstractItemModel::rowsInserted);
+        QSignalSpy changed(table, &QAbstractItemModel::dataChanged);
+        const QString fields = Text(*table, Qt::DisplayRole, -1, row).section('|', 1, 7);
+        const bool accepted = moves != "/";
+        QCOMPARE(table->setData(table->index(row, 0), id), accepted);
+        QCOMPARE(Emissions(removed) + '/' + Emissions(inserted), moves);
+        QCOMPARE(Emissions(changed), accepted ? QString("%1,0 %1,0 []").arg(row) : "");
+        QCOMPARE(Text(*table, Qt::DisplayRole, 0), ids);
+        if (accepted)
+            QCOMPARE(Text(*table, Qt::DisplayRole, -1, ids.split(',').indexOf(id)).section('|', 1, 7), fields);
+        else
+            QCOMPARE(QToolTip::text(), QStringLiteral("This ID is already exist"));
+        QToolTip::hideText();
+        // Licences granted under the old id stay where they were.
+        QCOMPARE(store().GetProducts().products.at(1).specificLicenses.keys(), QStringList{"save"});
+    }
+
+    // No tester: a second insertion announces a row that is not added.
+    void insertAddsOneUnnumberedRow_data()
+    {
+        QTest::addColumn<bool>("features");
+        QTest::addColumn<QString>("row");
+        QTest::newRow("feature kept as it is") << true << "New_Feature||changed||true|false|||";
+        QTest::newRow("extension pattern written again") << false << "extension||.extension|false|false|false|false";
+    }
+    void insertAddsOneUnnumberedRow()
+    {
+        QFETCH(bool, features);
+        QFETCH(QString, row);
+        QAbstractItemModel *table = features ? m_features : m_extensions;
+        QSignalSpy inserted(table, &QAbstractItemModel::rowsInserted);
+        QVERIFY(table->insertRows(3, 7) && table->setData(table->index(0, 2), QStringLiteral("changed")));
+        QVERIFY(table->insertRows(0, 1));
+        QCOMPARE(Emissions(inserted), QStringLiteral("- 0 0;- 0 0"));
+        QCOMPARE(Text(*table, Qt::DisplayRole, -1, 0), row);
+    }
+
+    // Features and extensions answer false even after removing; one row goes whatever the count.
+    void removeTakesOneRow_data()
+    {
+        QTest::addColumn<int>("model");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<QString>("ids");
+        QTest::newRow("feature") << 0 << 3 << "Open,exit,my_feat_1,save";
+        QTest::newRow("extension") << 1 << 1 << "obj";
+        QTest::newRow("product") << 2 << 2 << "Base,Base2";
+    }
+    void removeTakesOneRow()
+    {
+        QFETCH(int, model);
+        QFETCH(int, row);
+        QFETCH(QString, ids);
+        QAbstractItemModel *table = QList<QAbstractItemModel *>{m_features, m_extensions, m_products}[model];
+        const auto tester = Tester(table);
+        QSignalSpy removed(table, &QAbstractItemModel::rowsRemoved);
+        QCOMPARE(table->removeRows(row, 5), model == 2);
+        QCOMPARE(Emissions(removed), QString("- %1 %1").arg(row));
+        QCOMPARE(Text(*table, Qt::DisplayRole, model == 2 ? 1 : 0), ids);
+        // The store drops the references to a removed product or extension.
+        QCOMPARE(SortedJoin(store().GetFeatures().value("exit").productIds), model == 2 ? "Base2" : "Base2,ab");
+        QCOMPARE(store().GetProducts().products.at(0).extensions.open.contains("stl"), model != 1);
+    }
+
+    void storeChangesResetTheTables()
+    {
+        QSignalSpy features(m_features, &QAbstractItemModel::modelReset);
+        QSignalSpy products(m_products, &QAbstractItemModel::modelReset);
+        QVERIFY(store().DuplicateProductFrom("ab", "ab2") && store().DuplicateFeatureFrom("exit", "exit2"));
+        QCOMPARE(Text(*m_products, Qt::DisplayRole, 1) + '/' + Text(*m_features, Qt::DisplayRole, 0),
+                 "Base,Base2,ab,ab2/Open,exit,exit2,my_feat_1,orphan,save");
+        QCOMPARE(features.count() * 10 + products.count(), 12);
+        m_model.reset(); // the models let go of the store's signals
+        QVERIFY(store().DuplicateFeatureFrom("exit", "exit3"));
+    }
+
+    // Rows are found through a remembered position, which must notice every change of the map.
+    void rowsFollowChangesOfTheMap()
+    {
+        FeaturesModel second(store());
+        QCOMPARE(second.index(3, 0).data().toString(), QStringLiteral("orphan"));
+        QVERIFY(m_features->setData(m_features->index(0, 0), QStringLiteral("pen"))); // same size, announced
+        QCOMPARE(Text(second, Qt::DisplayRole, 0), QStringLiteral("exit,my_feat_1,orphan,pen,save"));
+        auto &features = store().GetFeatures();
+        const auto copy = features; // detached: the same size, other nodes
+        features.remove("exit");
+        features.insert("zz", {});
+        QCOMPARE(Text(second, Qt::DisplayRole, 0), QStringLiteral("my_feat_1,orphan,pen,save,zz"));
+        const QModelIndex last = second.index(4, 1);
+        features.remove("save");
+        QVERIFY(!last.data().isValid() && !second.setData(last, "x")); // now past the end
+    }
+
+    void extensionAccessTables_data()
+    {
+        QTest::addColumn<bool>("layouts");
+        QTest::addColumn<QString>("extension");
+        QTest::addColumn<QString>("marks");
+        const QString none = "-|false|false|false|false|false|false|-";
+        QTest::newRow("products, no extension") << false << "" << "-|-|-|-|-|-|-|-;-|-|-|-|-|-|-|-;-|-|-|-|-|-|-|-";
+        QTest::newRow("products, stl") << false << "stl" << "-|false|false|true|false|false|true|-;" + none + ';' + none;
+        QTest::newRow("layouts, obj") << true << "obj" << none + ";-|false|false|true|false|false|false|-";
+    }
+    void extensionAccessTables()
+    {
+        QFETCH(bool, layouts);
+        QFETCH(QString, extension);
+        QFETCH(QString, marks);
+        ExtensionsBaseModel *model = layouts ? m_extensionLayouts : m_extensionProducts;
+        const auto tester = Tester(model);
+        QSignalSpy changed(model, &QAbstractItemModel::dataChanged);
+        QSignalSpy featureProducts(m_featureProducts, &QAbstractItemModel::dataChanged);
+        m_model->SelectExtension(extension);
+        QCOMPARE(Emissions(changed), QString("0,0 %1,7 []").arg(model->rowCount() - 1));
+        QCOMPARE(featureProducts.count(), 0);
+        QCOMPARE(HeaderText(*model).section('|', 1), "Export|Export\nproject|Import|Import\nproject|Export\nscene|Open|");
+        QCOMPARE(HeaderText(*model).section('|', 0, 0), layouts ? "Layout" : "Product");
+        QCOMPARE(Text(*model, Qt::DisplayRole, 0), extension.isEmpty() ? "-,-,-" : layouts ? "design,print" : "Base,Base2,ab");
+        QCOMPARE(Text(*model, Qt::UserRole), marks);
+        QCOMPARE(Text(*model, Qt::DecorationRole, -1, 0), extension.isEmpty() ? "-|-|-|-|-|-|-|-" : "-|||||||-");
+    }
+
+    // Marks of row 1 after ticking one column for "stl".
+    void extensionAccessToggles_data()
+    {
+        QTest::addColumn<bool>("layouts");
+        QTest::addColumn<int>("column");
+        QTest::addColumn<QString>("marks");
+        QTest::newRow("export") << false << 1 << "-|true|false|false|false|false|false|-";
+        QTest::newRow("import project") << false << 4 << "-|false|false|false|true|false|false|-";
+        QTest::newRow("layout open") << true << 6 << "-|false|false|false|false|false|true|-";
+        QTest::newRow("name column refused") << false << 0 << "";
+        QTest::newRow("column 7 accepted, nothing kept") << true << 7 << "-|false|false|false|false|false|false|-";
+    }
+    void extensionAccessToggles()
+    {
+        QFETCH(bool, layouts);
+        QFETCH(int, column);
+        QFETCH(QString, marks);
+        ExtensionsBaseModel *model = layouts ? m_extensionLayouts : m_extensionProducts;
+        model->SetCurrentExtension(QStringLiteral("stl"));
+        const QString before = Text(*model, Qt::UserRole, -1, 1);
+        QSignalSpy changed(model, &QAbstractItemModel::dataChanged);
+        QVERIFY(!model->setData(model->index(1, column), true, Qt::DisplayRole));
+        QCOMPARE(model->setData(model->index(1, column), true), !marks.isEmpty());
+        QCOMPARE(Emissions(changed), marks.isEmpty() ? "" : QString("1,%1 1,%1 []").arg(column));
+        QCOMPARE(Text(*model, Qt::UserRole, -1, 1), marks.isEmpty() ? before : marks);
+        model->setData(model->index(1, column), false);
+        QCOMPARE(Text(*model, Qt::UserRole, -1, 1), before);
+    }
+
+    void extensionLicenceTable()
+    {
+        ExtensionsLicenseModel &model = *m_extensionLicenses;
+        const auto tester = Tester(&model);
+        QCOMPARE(HeaderText(model), QStringLiteral("Id|Name|Import|Export"));
+        QCOMPARE(Text(model, Qt::DisplayRole, -1, 0), QStringLiteral("-|-|-|-"));
+        // Without a current extension a write goes to the empty id; the licence model makes its record.
+        QVERIFY(model.setData(model.index(0, 2), true));
+        QCOMPARE(store().GetExtensions().value(QString()).importLicenses, QSet<QString>{"10"});
+        QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+        m_model->SelectExtension(QStringLiteral("stl"));
+        QCOMPARE(Text(model), QStringLiteral("10|Ten|-|-;2|Two|-|-;B|Bee|-|-;Lic1|Licence one|-|-"));
+        QCOMPARE(Text(model, Qt::UserRole, 2) + '/' + Text(model, Qt::UserRole, 3), "true,true,false,false/false,false,false,false");
+        QVERIFY(model.setData(model.index(2, 3), true));
+        QVERIFY(model.setData(model.index(0, 2), false));
+        QVERIFY(!model.setData(model.index(0, 1), true) && !model.setData(model.index(0, 2), true, Qt::DisplayRole));
+        QCOMPARE(Emissions(changed), QStringLiteral("0,0 3,3 [];2,3 2,3 [];0,2 0,2 []"));
+        const ExtensionInfo &stl = store().GetExtensions()["stl"];
+        QCOMPARE(SortedJoin(stl.importLicenses) + '/' + SortedJoin(stl.exportLicenses), QStringLiteral("2/B"));
+        QCOMPARE(Text(model, Qt::ForegroundRole, 0), QStringLiteral("gray,black,black,gray"));
+        model.SetCurrentExtension(QStringLiteral("step")); // unknown: made on first read
+        QCOMPARE(Text(model, Qt::UserRole, 2), QStringLiteral("false,false,false,false"));
+        QVERIFY(store().GetExtensions().contains("step"));
+    }
+
+    void extensionLicenceSort_data()
+    {
+        QTest::addColumn<QString>("extension");
+        QTest::addColumn<QString>("order");
+        // Import users, then export users, then the rest; names compare as numbers, words count as 0.
+        QTest::newRow("stl: 2 before 10 as numbers") << "stl" << "2,10,B,Lic1";
+        QTest::newRow("obj: words count as 0") << "obj" << "B,Lic1,2,10";
+        QTest::newRow("no current extension: all tie") << "" << "10,2,B,Lic1";
+    }
+    void extensionLicenceSort()
+    {
+        QFETCH(QString, extension);
+        QFETCH(QString, order);
+        auto *proxy = qobject_cast<QAbstractProxyModel *>(m_model->GetExtensionsLicenseModel());
+        const auto tester = Tester(proxy);
+        QSignalSpy sorted(proxy, &QAbstractItemModel::layoutChanged);
+        m_model->SelectExtension(extension);
+        QCOMPARE(sorted.count(), 1);
+        proxy->sort(1);
+        QStringList names; // without a current extension the table shows no names
+        for (int row = 0; row < proxy->rowCount(); ++row)
+            names << store().GetLicenses().keys().at(proxy->mapToSource(proxy->index(row, 0)).row());
+        QCOMPARE(names.join(','), order);
+    }
+
+    // Marks per row as "feature|product|-"; layout names black where the product offers them.
+    void productLayouts()
+    {
+        const auto tester = Tester(m_productLayouts);
+        m_model->SelectProduct(QStringLiteral("Base"));
+        QCOMPARE(Text(*m_productLayouts) + '/' + Text(*m_productLayouts, Qt::UserRole), "-|-|-;-|-|-/-|-|-;-|-|-"); // no feature
+        QSignalSpy changed(m_productLayouts, &QAbstractItemModel::dataChanged);
+        QSignalSpy featureProducts(m_featureProducts, &QAbstractItemModel::dataChanged);
+        m_model->SelectFeature(QStringLiteral("save"));
+        QCOMPARE(changed.count(), 0); // a new feature alone does not repaint
+        m_model->SelectProduct(QStringLiteral("Base"));
+        QCOMPARE(Text(*m_productLayouts, Qt::UserRole) + '/' + Text(*m_productLayouts, Qt::ForegroundRole, 2),
+                 "false|true|-;true|false|-/black,gray");
+        QVERIFY(m_productLayouts->setData(m_productLayouts->index(1, 1), true));
+        QVERIFY(m_productLayouts->setData(m_productLayouts->index(0, 0), true));
+        QVERIFY(!m_productLayouts->setData(m_productLayouts->index(0, 2), true));
+        QVERIFY(!m_productLayouts->setData(m_productLayouts->index(0, 0), false, Qt::UserRole));
+        QCOMPARE(Emissions(changed), QStringLiteral("0,0 1,2 [];1,1 1,1 [];0,0 0,0 []"));
+        // Each change repaints the feature's product marks, one past the last row and column (kept).
+        QCOMPARE(Emissions(featureProducts), QStringLiteral("0,0 3,4 [];0,0 3,4 [];0,0 3,4 []"));
+        QCOMPARE(SortedJoin(store().GetFeatures().value("save").layoutNames), QStringLiteral("design,print"));
+        QCOMPARE(SortedJoin(store().GetProducts().products.at(0).modes), QStringLiteral("design,print"));
+        m_model->SelectProduct(QStringLiteral("nothing"));
+        QCOMPARE(Text(*m_productLayouts, Qt::UserRole), QStringLiteral("true|-|-;true|-|-"));
+    }
+
+    void productLicenses()
+    {
+        const auto tester = Tester(m_model->GetProductLicensesModel());
+        m_productLicenses->UpdateFeature(QStringLiteral("Open"));
+        QCOMPARE(Text(*m_productLicenses, Qt::DisplayRole, -1, 1), QStringLiteral("-|-|-")); // no product yet
+        m_model->SelectProduct(QStringLiteral("Base"));
+        QCOMPARE(Text(*m_productLicenses, Qt::UserRole, 0), QStringLiteral("false,true,false,true"));
+        QCOMPARE(Text(*m_productLicenses, Qt::ForegroundRole, 1), QStringLiteral("gray,black,gray,black"));
+        // Attached {2, Lic1} first; names compare as numbers, words count as 0.
+        m_model->GetProductLicensesModel()->sort(0);
+        QCOMPARE(Text(*m_model->GetProductLicensesModel(), Qt::DisplayRole, 1), QStringLiteral("Lic1,2,B,10"));
+        QSignalSpy changed(m_productLicenses, &QAbstractItemModel::dataChanged);
+        QVERIFY(m_productLicenses->setData(m_productLicenses->index(1, 0), false));
+        QVERIFY(m_productLicenses->setData(m_productLicenses->index(3, 0), false));
+        const auto &specific = store().GetProducts().products.at(0).specificLicenses;
+        QVERIFY(!specific.contains("Open")); // no empty entry is left behind
+        QVERIFY(m_productLicenses->setData(m_productLicenses->index(2, 0), true));
+        QCOMPARE(specific.value("Open"), QSet<QString>{"B"});
+        QVERIFY(!m_productLicenses->setData(m_productLicenses->index(2, 1), true));
+        QCOMPARE(Emissions(changed), QStringLiteral("1,0 1,0 [];3,0 3,0 [];2,0 2,0 []"));
+    }
+
+    void featureProductMarks()
+    {
+        const auto tester = Tester(m_featureProducts);
+        QCOMPARE(Text(*m_featureProducts), QStringLiteral("-|-|-|-;-|-|-|-;-|-|-|-"));
+        QSignalSpy changed(m_featureProducts, &QAbstractItemModel::dataChanged);
+        QSignalSpy extensions(m_extensionProducts, &QAbstractItemModel::dataChanged);
+        m_model->SelectFeature(QStringLiteral("save"));
+        QCOMPARE(changed.count() + extensions.count(), 0);
+        QCOMPARE(Text(*m_featureProducts, Qt::UserRole, 0), QStringLiteral("true,true,false"));
+        QCOMPARE(Text(*m_featureProducts, Qt::DisplayRole, -1, 0), QStringLiteral("-|Base|_b|L1"));
+        QCOMPARE(Text(*m_featureProducts, Qt::ForegroundRole, 1), QStringLiteral("black,black,gray"));
+        QVERIFY(m_featureProducts->setData(m_featureProducts->index(2, 0), true));
+        QVERIFY(m_featureProducts->setData(m_featureProducts->index(0, 0), false));
+        QCOMPARE(SortedJoin(store().GetFeatures().value("save").productIds), QStringLiteral("Base2,ab"));
+        QVERIFY(m_featureProducts->setData(m_featureProducts->index(0, 2), QStringLiteral("x"))); // accepted, unchanged
+        QCOMPARE(store().GetProducts().products.at(0).profile_suffix, QStringLiteral("_b"));
+        QCOMPARE(Emissions(changed), QStringLiteral("2,0 2,0 [];0,0 0,0 [];0,2 0,2 []"));
+    }
+
+    // Painting off-screen there is no widget: the decoration takes the whole cell, with or without an icon.
+    void delegateGeometry()
+    {
+        QStandardItemModel model(2, 1);
+        model.setData(model.index(0, 0), CheckMarkIcon(true), Qt::DecorationRole);
+        QTableView view;
+        ExposedDelegate delegate(&view);
+        QCOMPARE(delegate.parent(), nullptr); // the parent argument does not take ownership
+        for (int row : {0, 1}) {
+            QStyleOptionViewItem option;
+            option.rect = QRect(3, 4, 30, 22);
+            delegate.initStyleOption(&option, model.index(row, 0));
+            QCOMPARE(option.decorationSize, QSize(30, 22));
+            QCOMPARE(option.decorationAlignment, Qt::Alignment(Qt::AlignCenter));
+        }
+    }
+
+    void quickSearch_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("rows");
+        QTest::newRow("blanks only") << "   " << "Open,exit,my_feat_1,orphan,save";
+        QTest::newRow("blanks around are trimmed") << "  ex " << "exit";
+        QTest::newRow("upper case finds lower case") << "FEAT" << "my_feat_1";
+        QTest::newRow("title") << "FILE" << "Open";
+        QTest::newRow("no query syntax") << "ex,save" << "";
+    }
+    void quickSearch()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, rows);
+        QAbstractItemModel *filter = m_model->GetFeaturesModel();
+        const auto tester = Tester(filter);
+        m_model->SetFilter(text);
+        QCOMPARE(Text(*filter, Qt::DisplayRole, 0), rows);
+        QCOMPARE(filter->columnCount(), 9);
+    }
+
+    // Fields: ids|titles|products|layouts|licenses; an empty field is no criterion.
+    void query_data()
+    {
+        QTest::addColumn<QString>("fields");
+        QTest::addColumn<QString>("accepted");
+        QTest::newRow("nothing asked: every feature") << "||||" << "f_a1b1,f_ab,f_base,f_base2,f_none";
+        QTest::newRow("id substring") << "F_BASE||||" << "f_base,f_base2";
+        QTest::newRow("two ids never match") << "f_base,f_ab||||" << "";
+        QTest::newRow("title wildcard") << "|*|||" << "f_a1b1,f_ab,f_base";
+        QTest::newRow("wildcard first decides") << "|*,zzz|||" << "f_a1b1,f_ab,f_base";
+        QTest::newRow("wildcard second never matches") << "|Alpha,*|||" << "";
+        QTest::newRow("quoted product is a whole word") << "||\"base\"||" << "f_base";
+        QTest::newRow("each product key needs its own product") << "||a,b||" << "f_a1b1";
+        QTest::newRow("blank before a quoted key") << "||a, \"b1\"||" << "";
+        QTest::newRow("layout in feature and product") << "|||design|" << "f_a1b1,f_base";
+        QTest::newRow("licence exact") << "||||Lic1" << "f_base";
+        QTest::newRow("every licence key, exactly") << "||||Lic2,Lic1" << "f_base";
+        QTest::newRow("licence keys are case sensitive") << "||||Lic2,lic1" << "";
+        QTest::newRow("fields are joined by AND") << "|o|1||" << "f_a1b1";
+    }
+    void query()
+    {
+        QFETCH(QString, fields);
+        QFETCH(QString, accepted);
+        StoreFixture fixture(kQueryProducts, kQueryLayouts);
+        FeaturesModel source(*fixture.store);
+        QueryFilterFeatureModel filter;
+        filter.setSourceModel(&source);
+        const auto tester = Tester(&filter);
+        const QStringList texts = fields.split('|');
+        filter.ApplyQuery({FeatureQuery::Keys(texts[0]), FeatureQuery::Keys(texts[1]), FeatureQuery::Keys(texts[2]),
+                           FeatureQuery::Keys(texts[3]), FeatureQuery::Keys(texts[4])}, *fixture.store);
+        QCOMPARE(Text(filter, Qt::DisplayRole, 0), accepted);
+        if (fields != "F_BASE||||")
+            return;
+        QCOMPARE(HeaderText(filter), QStringLiteral("Id|Title|Products|Layouts|Licenses"));
+        // f_base and f_base2 are source rows 2 and 3: the numbers run over the visible rows.
+        QCOMPARE(HeaderText(filter, Qt::Vertical), QStringLiteral("1|2"));
+        QCOMPARE(Text(filter, Qt::DisplayRole, -1, 0).section('|', 0, 3), QStringLiteral("f_base|Alpha|Base|design"));
+        // The accepted ids are a snapshot: a new feature waits for the next query.
+        QVERIFY(source.insertRows(0, 1));
+        fixture.store->GetFeatures()["New_Feature"].productIds = {"ghost"};
+        QCOMPARE(filter.rowCount(), 2);
+        filter.ApplyQuery({FeatureQuery::Keys("_"), {}, {}, {}, {}}, *fixture.store);
+        QCOMPARE(Text(filter, Qt::DisplayRole, 0), QStringLiteral("New_Feature,f_a1b1,f_ab,f_base,f_base2"));
+    }
+
+private:
+    VantixJsonData &store() { return *m_fixture->store; }
+
+    std::unique_ptr<StoreFixture> m_fixture;
+    std::unique_ptr<Model> m_model;
+    // The facade's models, not owned.
+    QAbstractItemModel *m_features = nullptr;
+    QAbstractItemModel *m_extensions = nullptr;
+    QAbstractItemModel *m_products = nullptr;
+    FeatureProductsModel *m_featureProducts = nullptr;
+    ProductLayoutsModel *m_productLayouts = nullptr;
+    ProductLicensesModel *m_productLicenses = nullptr;
+    ExtensionsBaseModel *m_extensionProducts = nullptr;
+    ExtensionsBaseModel *m_extensionLayouts = nullptr;
+    ExtensionsLicenseModel *m_extensionLicenses = nullptr;
+};
+
+QTEST_MAIN(ModelsTest)
+#include "ModelsTest.moc"
