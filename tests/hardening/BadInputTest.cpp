@@ -1,8 +1,6 @@
 #include "MemoryFolder.h"
 
-#include "json/QSmartJsonModel.h"
 
-#include <QAbstractItemModelTester>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTest>
@@ -49,8 +47,8 @@ void CheckSaveIsFixedPoint(VantixJsonData &store, MemoryFolder &folder)
 
 } // namespace
 
-// Inputs the definition folders may hold after merges by hand and other tools; big
-// and deep documents for the diff engine are in its own suite.
+// Inputs the definition folders may hold after merges by hand and other tools; odd documents
+// for the JSON tree model and the diff engine are in their own suites.
 class BadInputTest : public QObject
 {
     Q_OBJECT
@@ -107,31 +105,6 @@ private slots:
             CheckSaveIsFixedPoint(store, folder);
     }
 
-    void jsonModel_data()
-    {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<int>("rows"); // -1: refused
-        QTest::newRow("empty") << QByteArray() << -1;
-        QTest::newRow("byte-order mark before the object") << kBom + "{\"a\":1}" << 1;
-        QTest::newRow("invalid UTF-8") << QByteArray("{\"a\":\"\xC0\xAF\"}") << -1;
-        QTest::newRow("nesting at the parser's limit") << Nested(1024) << 1;
-        QTest::newRow("100,000-element array") << ManyNames("n") << 100000;
-    }
-    void jsonModel()
-    {
-        QFETCH(QByteArray, bytes);
-        QFETCH(int, rows);
-        QSmartJsonModel model(QByteArray("{\"before\":true}"));
-        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-        const QJsonDocument before = model.json();
-        if (rows < 0)
-            QTest::ignoreMessage(QtDebugMsg, QRegularExpression("cannot load json"));
-        QCOMPARE(model.loadJson(bytes), rows >= 0);
-        QCOMPARE(model.rowCount(), rows < 0 ? 1 : rows);
-        // Every scalar comes back as its text, so a second round trip is exact.
-        const QJsonDocument serialised = model.json();
-        QCOMPARE(QSmartJsonModel(serialised.toJson(QJsonDocument::Compact)).json(), rows < 0 ? before : serialised);
-    }
 };
 
 QTEST_GUILESS_MAIN(BadInputTest)

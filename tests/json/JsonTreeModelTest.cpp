@@ -66,6 +66,9 @@ private slots:
         QTest::newRow("numbers, booleans and null come back as strings")
             << QByteArray(R"({"n":12,"f":1.5,"t":true,"z":null})") << QByteArray(R"({"f":"1.5","n":"12","t":"true","z":""})");
         QTest::newRow("top-level array") << QByteArray(R"([1,{"a":"b"}])") << QByteArray(R"(["1",{"a":"b"}])");
+        QTest::newRow("byte-order mark before the object") << QByteArray("\xEF\xBB\xBF{\"a\":1}") << QByteArray(R"({"a":"1"})");
+        QTest::newRow("nesting at the parser's limit") << QByteArray(1024, '[') + QByteArray(1024, ']')
+                                                       << QByteArray(1024, '[') + QByteArray(1024, ']');
     }
     void serialisation()
     {
