@@ -32,10 +32,7 @@ public:
 
     ProductEditor::Reader reader()
     {
-        return [this](const QString &p) {
-            ++reads;
-            return files.value(QDir::cleanPath(p));
-        };
+        return [this](const QString &p) { return files.value(QDir::cleanPath(p)); };
     }
     ProductEditor::Writer writer()
     {
@@ -47,7 +44,6 @@ public:
 
     QHash<QString, QByteArray> files;   // full path -> content served by the reader
     QHash<QString, QByteArray> written; // full path -> content the writer received
-    int reads = 0;
 
 private:
     QTemporaryDir m_dir;

@@ -75,10 +75,6 @@ private slots:
         row("numbers where strings belong",
             R"({"features":{"feature":[{"id":7,"title":8}]},"products":{"product":[{"id":1,"features":[2,3],"modes":[4]}]}})",
             "2 1 1 0");
-        row("duplicate ids everywhere", R"({"extensions":{"extension":[{"id":"e"},{"id":"e"}],"lic_coveradge":{"import":)"
-            R"([{"id":"e","lic":["a"]},{"id":"e","lic":["b","a"]}]}},"features":{"feature":[{"id":"f"},{"id":"f"}]},)"
-            R"("products":{"product":[{"id":"p","features":["f","f"],"licensing":{"specific":[{"id":"s","licenses":["x"]},)"
-            R"({"id":"s"}]}},{"id":"p","features":["g"]}]}})", "3 2 1 1");
         row("100,000 feature ids in a product", R"({"products":{"product":[{"id":"p","features":)" + ManyNames("f") + "}]}}",
             "100001 1 1 0");
         const auto layoutRow = [](const char *name, const QByteArray &layout, const char *summary) {

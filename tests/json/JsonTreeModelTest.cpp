@@ -1,6 +1,5 @@
 #include "json/QJsonTreeItem.h"
 #include "json/QSmartJsonModel.h"
-#include "json/VantixResultModel.h"
 
 #include <QAbstractItemModelTester>
 #include <QJsonArray>
@@ -77,16 +76,6 @@ private slots:
         QCOMPARE(QSmartJsonModel(json).json().toJson(QJsonDocument::Compact), written);
     }
 
-    void resultModelRoundTrip()
-    {
-        VantixResultModel model;
-        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-        QSignalSpy reset(&model, &QAbstractItemModel::modelReset);
-        model.SetJson(QJsonObject{{"id", "p"}, {"n", 3}, {"l", QJsonArray{"a", false}}});
-        QCOMPARE(reset.count(), 1);
-        QCOMPARE(Rows(model), QStringLiteral("id:3=p l:4=(0:3=a 1:1=false) n:2=3"));
-        QCOMPARE(model.GetJson(), (QJsonObject{{"id", "p"}, {"n", "3"}, {"l", QJsonArray{"a", "false"}}}));
-    }
 };
 
 QTEST_GUILESS_MAIN(JsonTreeModelTest)

@@ -129,23 +129,21 @@ inline QJsonValue GenPatch(QJsonTreeItem *treeNode, QJsonValue value)
     }
     QJsonArray output;
     QSet<QString> handled;
+    const auto childWithKey = [node](const QString &key) -> QJsonDiffTreeItem * {
+        for (int i = 0; i < node->childCount(); ++i) {
+            if (node->child(i)->key() == key)
+                return static_cast<QJsonDiffTreeItem *>(node->child(i));
+        }
+        return nullptr;
+    };
     for (const QJsonValue e : value.toArray()) {
-        QJsonDiffTreeItem *child = nullptr;
-        if (e.isObject() || e.isString()) {
-            const QString key = e.isObject() ? e.toObject()["id"].toString() : e.toString();
-            for (int i = 0; i < node->childCount() && !child; ++i) {
-                if (node->child(i)->key() == key)
-                    child = static_cast<QJsonDiffTreeItem *>(node->child(i));
-            }
-        }
-        if (!child) {
-            output.append(e);
-            continue;
-        }
-        handled.insert(child->key());
-        const int type = child->diffType();
-        if ((type & 4) ? child->action() == 1 : (!(type & 8) || child->action() == 2))
-            output.append(e.isObject() ? GenPatch(child, e) : e);
+        QJsonDiffTreeItem *child = e.isObject() ? childWithKey(e.toObject()["id"].toString())
+                                                : e.isString() ? childWithKey(e.toString()) : nullptr;
+        if (child)
+            handled.insert(child->key());
+        const int type = child ? child->diffType() : 0;
+        if (!child || ((type & 4) ? child->action() == 1 : (!(type & 8) || child->action() == 2)))
+            output.append(child && e.isObject() ? GenPatch(child, e) : e);
     }
     for (int i = 0; i < node->childCount(); ++i) {
         auto *child = static_cast<QJsonDiffTreeItem *>(node->child(i));
