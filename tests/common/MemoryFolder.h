@@ -36,10 +36,7 @@ public:
     }
     ProductEditor::Writer writer()
     {
-        return [this](const QString &p, const QByteArray &bytes) {
-            written.insert(QDir::cleanPath(p), bytes);
-            return true;
-        };
+        return [this](const QString &p, const QByteArray &bytes) { return written.insert(QDir::cleanPath(p), bytes) != written.end(); };
     }
 
     QHash<QString, QByteArray> files;   // full path -> content served by the reader

@@ -39,8 +39,8 @@ private slots:
         QCOMPARE(Rows(model), QStringLiteral("a:4=(0:1=true 1:3=x) b:2=1 o:5="));
         QCOMPARE(model.headerData(1, Qt::Horizontal).toString() + model.headerData(2, Qt::Horizontal).toString(), "Value");
         // Only scalar values are editable.
-        QVERIFY(!((model.flags(model.index(0, 1)) | model.flags(model.index(1, 0))) & Qt::ItemIsEditable));
-        QVERIFY(model.flags(model.index(1, 1)) & Qt::ItemIsEditable);
+        QVERIFY(!((model.flags(model.index(0, 1)) | model.flags(model.index(1, 0))) & Qt::ItemIsEditable)
+                && (model.flags(model.index(1, 1)) & Qt::ItemIsEditable));
 
         QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
         QSignalSpy reset(&model, &QAbstractItemModel::modelAboutToBeReset);

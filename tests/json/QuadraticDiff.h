@@ -4,9 +4,7 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QJsonValue>
 #include <QSet>
-#include <QStringList>
 
 #include <algorithm>
 

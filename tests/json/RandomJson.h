@@ -2,9 +2,8 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QJsonValue>
 #include <QRandomGenerator>
-#include <QStringList>
+#include <QVector>
 
 #include <algorithm>
 
@@ -52,12 +51,9 @@ public:
             return Object(depth);
         QJsonArray array;
         const int kind = Pick(3);
-        for (int i = Pick(7); i > 0; --i) {
-            if (kind == 0 || (kind == 2 && Chance(50)))
-                array.append(Object(depth - 1));
-            else
-                array.append(kind == 2 && Chance(20) ? Value(depth - 1) : Scalar());
-        }
+        for (int i = Pick(7); i > 0; --i)
+            array.append(kind == 0 || (kind == 2 && Chance(50)) ? QJsonValue(Object(depth - 1))
+                                                                : kind == 2 && Chance(20) ? Value(depth - 1) : Scalar());
         return array;
     }
 
@@ -68,8 +64,7 @@ public:
             return Value(depth);
         if (value.isObject()) {
             QJsonObject object = value.toObject();
-            const QStringList keys = object.keys();
-            for (const QString &key : keys) {
+            for (const QString &key : object.keys()) {
                 if (Chance(12))
                     object.remove(key);
                 else if (Chance(35))
@@ -79,24 +74,24 @@ public:
                 object.insert(QString(QChar('a' + Pick(5))), Value(depth - 1));
             return object;
         }
-        if (value.isArray()) {
-            QVector<QJsonValue> elements;
-            for (const QJsonValue element : value.toArray())
-                elements.append(Chance(30) ? Mutate(element, depth - 1) : element);
-            if (!elements.isEmpty() && Chance(20))
-                elements.remove(Pick(elements.size()));
-            if (!elements.isEmpty() && Chance(20))
-                elements.insert(Pick(elements.size() + 1), elements.at(Pick(elements.size())));
-            if (Chance(15))
-                elements.insert(Pick(elements.size() + 1), Chance(50) ? QJsonValue(Object(depth - 1)) : Scalar());
-            if (Chance(25))
-                std::shuffle(elements.begin(), elements.end(), m_random);
-            QJsonArray result;
-            for (const QJsonValue &element : elements)
-                result.append(element);
-            return result;
-        }
-        return Chance(40) ? Scalar() : value;
+        if (!value.isArray())
+            return Chance(40) ? Scalar() : value;
+        // Elements changed, dropped, repeated, added and shuffled.
+        QVector<QJsonValue> elements;
+        for (const QJsonValue element : value.toArray())
+            elements.append(Chance(30) ? Mutate(element, depth - 1) : element);
+        if (!elements.isEmpty() && Chance(20))
+            elements.remove(Pick(elements.size()));
+        if (!elements.isEmpty() && Chance(20))
+            elements.insert(Pick(elements.size() + 1), elements.at(Pick(elements.size())));
+        if (Chance(15))
+            elements.insert(Pick(elements.size() + 1), Chance(50) ? QJsonValue(Object(depth - 1)) : Scalar());
+        if (Chance(25))
+            std::shuffle(elements.begin(), elements.end(), m_random);
+        QJsonArray result;
+        for (const QJsonValue &element : elements)
+            result.append(element);
+        return result;
     }
 
 private:
