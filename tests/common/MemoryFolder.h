@@ -32,22 +32,15 @@ public:
 
     ProductEditor::Reader reader()
     {
-        return [this](const QString &p) {
-            ++reads;
-            return files.value(QDir::cleanPath(p));
-        };
+        return [this](const QString &p) { return files.value(QDir::cleanPath(p)); };
     }
     ProductEditor::Writer writer()
     {
-        return [this](const QString &p, const QByteArray &bytes) {
-            written.insert(QDir::cleanPath(p), bytes);
-            return true;
-        };
+        return [this](const QString &p, const QByteArray &bytes) { return written.insert(QDir::cleanPath(p), bytes) != written.end(); };
     }
 
     QHash<QString, QByteArray> files;   // full path -> content served by the reader
     QHash<QString, QByteArray> written; // full path -> content the writer received
-    int reads = 0;
 
 private:
     QTemporaryDir m_dir;

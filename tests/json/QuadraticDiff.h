@@ -4,14 +4,12 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QJsonValue>
 #include <QSet>
-#include <QStringList>
 
 #include <algorithm>
 
 // The comparison and the patch written as plainly as possible, walking the other array
-// for every element; the model's indexed engine must build the same trees and patches.
+// for every element; the indexed engine must build the same trees and patches.
 namespace QuadraticDiff {
 
 using ProductEditor::QJsonDiffTreeItem;
@@ -19,30 +17,22 @@ using ProductEditor::QJsonTreeItem;
 
 inline bool BuildDiff(const QJsonValue &left, const QJsonValue &right, QJsonTreeItem *treeNode);
 
-inline void AppendSide(QJsonTreeItem *node, const QString &key, const QJsonValue &value, bool left, int diffType)
+// A one-side child (4 or 8 set) holds that side's value; any other child holds the
+// comparison of both values and is kept only when they differ.
+inline void Append(QJsonTreeItem *node, const QString &key, const QJsonValue &left, const QJsonValue &right,
+                   int diffType)
 {
     auto *child = new QJsonDiffTreeItem(node);
-    child->setKey(key);
-    child->setType(value.type());
-    if (left)
-        child->setLeftValue(value);
-    else
-        child->setRightValue(value);
-    child->setDiffType(diffType);
-    node->appendChild(child);
-}
-
-// Compares the two values under a new child, which is kept only when they differ.
-inline void AppendCompared(QJsonTreeItem *node, const QString &key, const QJsonValue &left, const QJsonValue &right,
-                           int diffType)
-{
-    auto *child = new QJsonDiffTreeItem(node);
-    if (!BuildDiff(left, right, child)) {
+    if (diffType & 4) {
+        child->setLeftValue(left);
+    } else if (diffType & 8) {
+        child->setRightValue(right);
+    } else if (!BuildDiff(left, right, child)) {
         delete child;
         return;
     }
     child->setKey(key);
-    child->setType(left.type());
+    child->setType((diffType & 8) ? right.type() : left.type());
     child->setDiffType(diffType);
     node->appendChild(child);
 }
@@ -68,28 +58,24 @@ inline bool BuildDiff(const QJsonValue &left, const QJsonValue &right, QJsonTree
             return false;
         for (const QString &key : lo.keys()) {
             if (!ro.keys().contains(key))
-                AppendSide(node, key, lo[key], true, 4);
+                Append(node, key, lo[key], QJsonValue(), 4);
         }
         for (const QString &key : ro.keys()) {
             if (!lo.keys().contains(key))
-                AppendSide(node, key, ro[key], false, 8);
+                Append(node, key, QJsonValue(), ro[key], 8);
         }
         for (const QString &key : lo.keys()) {
-            const QJsonValue l = lo.value(key);
-            const QJsonValue r = ro.value(key);
-            if (!l.isUndefined() && !r.isUndefined() && l != r)
-                AppendCompared(node, key, l, r, 1);
+            if (ro.contains(key) && lo[key] != ro[key])
+                Append(node, key, lo[key], ro[key], 1);
         }
         return node->childCount() > 0;
     }
     const QJsonArray la = left.toArray();
     const QJsonArray ra = right.toArray();
-    if (la == ra)
-        return false;
     for (const QJsonValue e : la) {
         if (!e.isObject()) {
             if (!ra.contains(e))
-                AppendSide(node, e.toString(), e, true, 4);
+                Append(node, e.toString(), e, QJsonValue(), 4);
             continue;
         }
         const QJsonValue id = e.toObject()["id"]; // Null when absent, as for non-objects
@@ -99,25 +85,21 @@ inline bool BuildDiff(const QJsonValue &left, const QJsonValue &right, QJsonTree
             if (f.toObject()["id"] != id)
                 continue;
             found = f.toObject();
-            if (found != e.toObject()) {
-                stopped = true;
+            if ((stopped = found != e.toObject()))
                 break;
-            }
         }
         if (stopped)
-            AppendCompared(node, id.toString(), e.toObject(), found, 2);
+            Append(node, id.toString(), e.toObject(), found, 2);
         if (found.isEmpty())
-            AppendSide(node, id.toString(), e, true, 6);
+            Append(node, id.toString(), e, QJsonValue(), 6);
     }
     for (const QJsonValue e : ra) {
-        if (!e.isObject()) {
-            if (!la.contains(e))
-                AppendSide(node, e.toString(), e, false, 8);
-            continue;
-        }
         const QJsonValue id = e.toObject()["id"];
-        if (std::none_of(la.begin(), la.end(), [&id](const QJsonValue &f) { return f.toObject()["id"] == id; }))
-            AppendSide(node, id.toString(), e, false, 10);
+        const auto sameId = [&id](const QJsonValue &f) { return f.toObject()["id"] == id; };
+        if (!e.isObject() && !la.contains(e))
+            Append(node, e.toString(), QJsonValue(), e, 8);
+        else if (e.isObject() && std::none_of(la.begin(), la.end(), sameId))
+            Append(node, id.toString(), QJsonValue(), e, 10);
     }
     return node->childCount() > 0;
 }
@@ -145,23 +127,21 @@ inline QJsonValue GenPatch(QJsonTreeItem *treeNode, QJsonValue value)
     }
     QJsonArray output;
     QSet<QString> handled;
+    const auto childWithKey = [node](const QString &key) -> QJsonDiffTreeItem * {
+        for (int i = 0; i < node->childCount(); ++i) {
+            if (node->child(i)->key() == key)
+                return static_cast<QJsonDiffTreeItem *>(node->child(i));
+        }
+        return nullptr;
+    };
     for (const QJsonValue e : value.toArray()) {
-        QJsonDiffTreeItem *child = nullptr;
-        if (e.isObject() || e.isString()) {
-            const QString key = e.isObject() ? e.toObject()["id"].toString() : e.toString();
-            for (int i = 0; i < node->childCount() && !child; ++i) {
-                if (node->child(i)->key() == key)
-                    child = static_cast<QJsonDiffTreeItem *>(node->child(i));
-            }
-        }
-        if (!child) {
-            output.append(e);
-            continue;
-        }
-        handled.insert(child->key());
-        const int type = child->diffType();
-        if ((type & 4) ? child->action() == 1 : (!(type & 8) || child->action() == 2))
-            output.append(e.isObject() ? GenPatch(child, e) : e);
+        QJsonDiffTreeItem *child = e.isObject() ? childWithKey(e.toObject()["id"].toString())
+                                                : e.isString() ? childWithKey(e.toString()) : nullptr;
+        if (child)
+            handled.insert(child->key());
+        const int type = child ? child->diffType() : 0;
+        if (!child || ((type & 4) ? child->action() == 1 : (!(type & 8) || child->action() == 2)))
+            output.append(child && e.isObject() ? GenPatch(child, e) : e);
     }
     for (int i = 0; i < node->childCount(); ++i) {
         auto *child = static_cast<QJsonDiffTreeItem *>(node->child(i));
