@@ -1,5 +1,6 @@
 #include "json/QJsonTreeItem.h"
 #include "json/QSmartJsonModel.h"
+#include "json/VantixResultModel.h"
 
 #include <QAbstractItemModelTester>
 #include <QJsonArray>
@@ -76,6 +77,20 @@ private slots:
         QCOMPARE(QSmartJsonModel(json).json().toJson(QJsonDocument::Compact), written);
     }
 
+
+    // The result tree is built a level at a time; walked whole it is the eager tree.
+    void resultModelBuildsLevelsOnDemand()
+    {
+        VantixResultModel model;
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QSignalSpy reset(&model, &QAbstractItemModel::modelReset);
+        model.SetJson(QJsonObject{{"id", "p"}, {"n", 3}, {"l", QJsonArray{"a", QJsonObject{{"b", false}}}}});
+        QCOMPARE(reset.count(), 1);
+        QCOMPARE(Rows(model), QStringLiteral("id:3=p l:4=(0:3=a 1:5=(b:1=false)) n:2=3"));
+        QCOMPARE(model.GetJson(), (QJsonObject{{"id", "p"}, {"n", "3"}, {"l", QJsonArray{"a", QJsonObject{{"b", "false"}}}}}));
+        model.SetJson(QJsonObject{{"deep", QJsonObject{{"x", 1}}}});
+        QCOMPARE(model.GetJson(), (QJsonObject{{"deep", QJsonObject{{"x", "1"}}}}));
+    }
 };
 
 QTEST_GUILESS_MAIN(JsonTreeModelTest)
