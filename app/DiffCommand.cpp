@@ -43,9 +43,11 @@ std::optional<int> UseRevisions(const QCommandLineParser &parser, RevisionFolder
                                 QStringList *sides)
 {
     const QString from = parser.value(QStringLiteral("from")), to = parser.value(QStringLiteral("to"));
-    if (!parser.isSet(QStringLiteral("from")))
-        return parser.isSet(QStringLiteral("to")) ? std::optional<int>(UsageError(QStringLiteral("diff: --to needs --from")))
-                                                  : std::nullopt;
+    if (!parser.isSet(QStringLiteral("from"))) {
+        if (parser.isSet(QStringLiteral("to")))
+            return UsageError(QStringLiteral("diff: --to needs --from"));
+        return std::nullopt;
+    }
     if (folders->size() != 1)
         return UsageError(QStringLiteral("diff: unexpected argument '%1' with --from").arg(folders->at(1)));
     QString error;
@@ -68,7 +70,8 @@ int RunDiff(const QStringList &args, const Reader &reader)
     AddFormatOption(parser);
     parser.addOption({QStringLiteral("from"), QStringLiteral("Compare DIR as it is at this git revision."),
                       QStringLiteral("REV")});
-    parser.addOption({QStringLiteral("to"), QStringLiteral("... with DIR at this revision (default: the working tree)."),
+    parser.addOption({QStringLiteral("to"),
+                      QStringLiteral("Compare with DIR at this revision instead of the working tree."),
                       QStringLiteral("REV")});
     if (const auto status = ParseArguments(parser, QStringLiteral("diff"), args, 1, 2))
         return *status;

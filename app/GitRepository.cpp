@@ -51,7 +51,8 @@ std::optional<GitRepository> GitRepository::Open(const QString &folder, QString 
         *error = QStringLiteral("%1: not a folder").arg(folder);
         return std::nullopt;
     }
-    const Output output = RunGit(info.absoluteFilePath(), {QStringLiteral("rev-parse"), QStringLiteral("--show-toplevel")});
+    const Output output =
+        RunGit(info.absoluteFilePath(), {QStringLiteral("rev-parse"), QStringLiteral("--show-toplevel")});
     if (!output.ok) {
         *error = QStringLiteral("%1: %2").arg(folder, output.error);
         return std::nullopt;
@@ -123,7 +124,8 @@ std::optional<QMap<QString, QString>> GitRepository::FilesAt(const QString &revi
                                                               QString *error) const
 {
     const QString commit = revision + QStringLiteral("^{commit}");
-    const Output check = Run({QStringLiteral("rev-parse"), QStringLiteral("--verify"), QStringLiteral("--quiet"), commit});
+    const Output check =
+        Run({QStringLiteral("rev-parse"), QStringLiteral("--verify"), QStringLiteral("--quiet"), commit});
     if (!check.ok) {
         *error = QStringLiteral("%1: not a revision").arg(revision);
         return std::nullopt;

@@ -106,7 +106,8 @@ int RunGitSetup(const QStringList &args, const Reader &)
         return *status;
     const QStringList positional = parser.positionalArguments();
     QString error;
-    const auto repository = GitRepository::Open(positional.isEmpty() ? QDir::currentPath() : positional.first(), &error);
+    const QString folder = positional.isEmpty() ? QDir::currentPath() : positional.first();
+    const auto repository = GitRepository::Open(folder, &error);
     if (!repository)
         return CommandError(error);
     const auto files = repository->Files(&error);

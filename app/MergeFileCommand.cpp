@@ -65,7 +65,8 @@ int RunMergeFile(const QStringList &args, const Reader &)
     if (!result.ok())
         return CommandError(MergeInputError(result.error, files));
 
-    const QString output = parser.isSet(QStringLiteral("output")) ? parser.value(QStringLiteral("output")) : files.at(1);
+    const QString output =
+        parser.isSet(QStringLiteral("output")) ? parser.value(QStringLiteral("output")) : files.at(1);
     QString error;
     if (!FileAccess::WriteFileAtomically(output, result.bytes, &error))
         return CommandError(QStringLiteral("cannot write %1: %2").arg(output, error));

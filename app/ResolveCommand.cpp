@@ -7,6 +7,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <climits>
+
 using namespace ProductEditor;
 
 namespace {

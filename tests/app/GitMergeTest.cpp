@@ -66,8 +66,8 @@ private slots:
     void cleanMerge();
     void conflict_data();
     void conflict();
-    void diffFromRevision_data();
-    void diffFromRevision();
+    void commandRun_data();
+    void commandRun();
     void mergeFolders();
 
 private:
@@ -153,15 +153,16 @@ void GitMergeTest::cleanMerge_data()
          Layout(R"("open","paste","save")")},
         {Products(kOpen + "," + kSave + "," + kCut + "," + kPaste, R"("open","save","cut")", R"("open","paste")"),
          Layout(R"("open","save","cut","paste")")}};
-    for (const QString &how : {"merge", "rebase", "resolve"})
-        QTest::newRow(qPrintable("features added, " + how)) << how << added[0] << added[1] << added[2];
+    for (const char *how : {"merge", "rebase", "resolve"})
+        QTest::newRow(qPrintable(QString("features added, ") + how)) << QString(how) << added[0] << added[1] << added[2];
     QTest::newRow("fields of one feature, merge")
         << "merge" << QStringList{Products(kOpen + R"(,{"id":"save","title":"Save all","tooltip":"Saves"})",
                                            R"("open","save")"), Layout(R"("open","save")", importStl)}
         << QStringList{Products(kOpen + R"(,{"id":"save","title":"Save","tooltip":"Writes"})", R"("open","save")"),
                        Layout(R"("open","save")", openObj)}
         << QStringList{Products(kOpen + R"(,{"id":"save","title":"Save all","tooltip":"Writes"})",
-                                R"("open","save")"), Layout(R"("open","save")", R"(,"extensions":{"import":["stl"],"open":["obj"]})")};
+                                R"("open","save")"),
+                       Layout(R"("open","save")", R"(,"extensions":{"import":["stl"],"open":["obj"]})")};
     QTest::newRow("reordered arrays, merge")
         << "merge" << QStringList{Products(kSave + R"(,{"id":"open","title":"Open..."})", R"("save","open")",
                                            R"("open")"), Layout(R"("save","open")")}
@@ -227,21 +228,30 @@ void GitMergeTest::conflict()
     QVERIFY(Git({"ls-files", "-u"}).out.contains("defs/products/products.json"));
 }
 
-void GitMergeTest::diffFromRevision_data()
+void GitMergeTest::commandRun_data()
 {
     QTest::addColumn<QStringList>("args");
     QTest::addColumn<int>("status");
     QTest::addColumn<QString>("out");
 
     const QString change = "    ~ open\n      ~ title: \"Open\" -> \"Open A\"\n";
-    QTest::newRow("to the working tree") << QStringList{"--from", "HEAD~1"} << 1 << change;
-    QTest::newRow("between revisions") << QStringList{"--from", "HEAD~1", "--to", "HEAD"} << 1 << change;
-    QTest::newRow("no change") << QStringList{"--from", "HEAD"} << 0 << "";
-    QTest::newRow("unknown revision") << QStringList{"--from", "nope"} << 2 << "product-editor: nope: not a revision";
-    QTest::newRow("--to alone") << QStringList{"--to", "HEAD"} << 2 << "diff: --to needs --from";
+    const QString products = "defs/products/products.json";
+    QTest::newRow("diff to the working tree") << QStringList{"diff", "defs", "--from", "HEAD~1"} << 1 << change;
+    QTest::newRow("diff between revisions")
+        << QStringList{"diff", "defs", "--from", "HEAD~1", "--to", "HEAD"} << 1 << change;
+    QTest::newRow("diff, no change") << QStringList{"diff", "defs", "--from", "HEAD"} << 0 << "";
+    QTest::newRow("diff, unknown revision")
+        << QStringList{"diff", "defs", "--from", "nope"} << 2 << "product-editor: nope: not a revision";
+    QTest::newRow("diff, --to alone") << QStringList{"diff", "defs", "--to", "HEAD"} << 2 << "diff: --to needs --from";
+    QTest::newRow("merge-file, unparsable input")
+        << QStringList{"merge-file", products, products, "bad.json"} << 2
+        << "product-editor: bad.json:2:1: unterminated array";
+    QTest::newRow("merge-file, unreadable input")
+        << QStringList{"merge-file", "none.json", products, products} << 2 << "product-editor: none.json: cannot read";
+    QTest::newRow("resolve, nothing to do") << QStringList{"resolve"} << 0 << "no conflicted definition files\n";
 }
 
-void GitMergeTest::diffFromRevision()
+void GitMergeTest::commandRun()
 {
     QFETCH(QStringList, args);
     QFETCH(int, status);
@@ -250,9 +260,10 @@ void GitMergeTest::diffFromRevision()
     Git({"add", "-A"});
     Git({"commit", "-q", "-m", "base"});
     Commit(Products(R"({"id":"open","title":"Open A"},)" + kSave, R"("open","save")"), Layout(R"("open","save")"));
-    const Run diff = Program(QStringList{"diff", "defs"} + args);
-    QCOMPARE(diff.status, status);
-    QVERIFY2(diff.out.contains(out), qPrintable(diff.out));
+    Write(m_repo + "/bad.json", "{\"a\": [1,\n");
+    const Run run = Program(args);
+    QCOMPARE(run.status, status);
+    QVERIFY2(run.out.contains(out), qPrintable(run.out));
 }
 
 void GitMergeTest::mergeFolders()
