@@ -11,3 +11,7 @@ int RunNormalize(const QStringList &args, const ProductEditor::Reader &reader);
 int RunDiff(const QStringList &args, const ProductEditor::Reader &reader);
 int RunCompareProducts(const QStringList &args, const ProductEditor::Reader &reader);
 int RunQuery(const QStringList &args, const ProductEditor::Reader &reader);
+int RunMergeFile(const QStringList &args, const ProductEditor::Reader &reader);
+int RunGitSetup(const QStringList &args, const ProductEditor::Reader &reader);
+int RunResolve(const QStringList &args, const ProductEditor::Reader &reader);
+int RunMergeFolders(const QStringList &args, const ProductEditor::Reader &reader);

@@ -18,6 +18,10 @@ Command FindCommand(const QString &name)
         {QStringLiteral("diff"), RunDiff},
         {QStringLiteral("compare-products"), RunCompareProducts},
         {QStringLiteral("query"), RunQuery},
+        {QStringLiteral("merge-file"), RunMergeFile},
+        {QStringLiteral("git-setup"), RunGitSetup},
+        {QStringLiteral("resolve"), RunResolve},
+        {QStringLiteral("merge"), RunMergeFolders},
     };
     return table.value(name, nullptr);
 }
