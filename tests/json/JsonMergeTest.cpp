@@ -115,8 +115,6 @@ private slots:
     void mergeRules();
     void conflictBlock();
     void canonicalFormIsWhatNormalizeWrites();
-    void unreadableInput_data();
-    void unreadableInput();
     void disjointRandomEditsMergeCleanly();
 };
 
@@ -238,29 +236,6 @@ void JsonMergeTest::canonicalFormIsWhatNormalizeWrites()
         QCOMPARE(canonical.bytes, folder.written.value(folder.path(file)));
         QCOMPARE(CanonicalizeDefinitionDocument(canonical.bytes).bytes, canonical.bytes);
     }
-}
-
-void JsonMergeTest::unreadableInput_data()
-{
-    QTest::addColumn<QByteArray>("theirs");
-    QTest::addColumn<int>("line");
-    QTest::addColumn<int>("column");
-
-    QTest::newRow("parse error") << QByteArray("{\n  \"a\": [1,\n  \"b\"\n}") << 4 << 2;
-    QTest::newRow("not an object") << QByteArray("\n  [1]") << 2 << 3;
-}
-
-void JsonMergeTest::unreadableInput()
-{
-    QFETCH(QByteArray, theirs);
-    QFETCH(int, line);
-    QFETCH(int, column);
-
-    const DefinitionMergeResult result = MergeDefinitionDocuments("{}", "", theirs);
-    QCOMPARE(result.error.input, DefinitionMergeError::Theirs);
-    QCOMPARE(result.error.line, line);
-    QCOMPARE(result.error.column, column);
-    QVERIFY(result.bytes.isEmpty());
 }
 
 // Edits of disjoint records on the two sides merge into the document with both edit sets.
