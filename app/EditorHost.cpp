@@ -4,16 +4,20 @@
 #include "EditorOptions.h"
 #include "FileAccess.h"
 #include "FolderOpener.h"
+#include "LoadMessages.h"
 
 #include "editor/CreateProductEditor.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QDir>
 #include <QFileInfo>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPixmap>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QTabWidget>
 #include <QTreeView>
 
@@ -80,6 +84,181 @@ void QuietOffscreenMessages(QtMsgType type, const QMessageLogContext &context, c
         previousHandler(type, context, message);
 }
 
+
+QString Native(const QString &path)
+{
+    return QDir::toNativeSeparators(path);
+}
+
+// The definition folder of a file the store reads or writes: FOLDER/products/products.json,
+// FOLDER/layouts/x.json, or FOLDER/products.json for a folder without sub-folders.
+QString FolderOf(const QString &file)
+{
+    const QDir dir = QFileInfo(file).absoluteDir();
+    const QString name = dir.dirName();
+    if (name == QLatin1String("products") || name == QLatin1String("layouts"))
+        return QFileInfo(dir.absolutePath()).absolutePath();
+    return dir.absolutePath();
+}
+
+// What the program adds to the library's window: the title follows the folder, unsaved
+// changes are not dropped without asking, and the status bar tells what Save and Load did.
+// The library keeps its own silent behaviour; everything here watches its actions, which
+// run their handlers before the ones connected here.
+class HostFeedback : public QObject
+{
+public:
+    // A file whose content would not change is left as it is and counted.
+    Reader reader()
+    {
+        return [this](const QString &path) {
+            if (m_firstRead.isEmpty())
+                m_firstRead = path;
+            return FileAccess::ReadFile(path);
+        };
+    }
+    Writer writer()
+    {
+        return [this, write = m_access.writer()](const QString &path, const QByteArray &bytes) {
+            m_saved << path;
+            if (QFileInfo(path).isFile() && FileAccess::ReadFile(path) == bytes) {
+                ++m_unchanged;
+                return true;
+            }
+            if (write(path, bytes))
+                return true;
+            ++m_failed;
+            QMessageBox::warning(QApplication::activeWindow(), QStringLiteral("Save"),
+                                 QStringLiteral("Could not write %1").arg(m_access.errors().last()));
+            return false;
+        };
+    }
+
+    void Attach(QMainWindow *window, VantixJsonData *store)
+    {
+        m_window = window;
+        m_store = store;
+        setParent(window);
+        m_firstRead.clear();
+        _UpdateTitle();
+        window->installEventFilter(this);
+        for (const char *name : {"mp_run_save", "mp_run_save_as"})
+            _Follow(name, [this] { _ReportSave(); });
+        for (const char *name : {"mp_run_load", "mp_run_reload"})
+            _Follow(name, [this] { _ReportLoad(); });
+    }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (watched != m_window || event->type() != QEvent::Close || !m_window->isWindowModified())
+            return QObject::eventFilter(watched, event);
+        if (_MayClose())
+            return false;
+        event->ignore();
+        return true;
+    }
+
+private:
+    template<typename Handler>
+    void _Follow(const char *action, Handler handler)
+    {
+        if (auto *found = m_window->findChild<QAction *>(QLatin1String(action)))
+            connect(found, &QAction::triggered, this, handler);
+    }
+
+    void _UpdateTitle()
+    {
+        m_window->setWindowTitle(QStringLiteral("Product editor - %1[*]").arg(Native(m_window->windowFilePath())));
+    }
+
+    void _ReportSave()
+    {
+        if (m_saved.isEmpty())
+            return; // the folder dialog was cancelled
+        const QString folder = Native(FolderOf(m_saved.first()));
+        if (m_failed > 0) {
+            m_window->statusBar()->showMessage(
+                QStringLiteral("Could not save %1 of %2 files to %3").arg(m_failed).arg(m_saved.size()).arg(folder));
+            // The store does not know; the changes are still not on disk.
+            m_window->setWindowModified(true);
+        } else {
+            m_window->statusBar()->showMessage(QStringLiteral("Saved %1 files to %2 (%3 unchanged)")
+                                                   .arg(m_saved.size())
+                                                   .arg(folder)
+                                                   .arg(m_unchanged));
+        }
+        m_saved.clear();
+        m_unchanged = 0;
+        m_failed = 0;
+    }
+
+    void _ReportLoad()
+    {
+        if (m_firstRead.isEmpty())
+            return; // nothing was loaded: a dialog was cancelled
+        const QString folder = Native(FolderOf(m_firstRead));
+        m_firstRead.clear();
+        const std::optional<LoadProblem> &refusal = m_store->GetLoadReport().refusal;
+        if (!refusal) {
+            _UpdateTitle();
+            m_window->statusBar()->showMessage(QStringLiteral("Loaded %1").arg(folder));
+            return;
+        }
+        QString reason = RefusalMessage(*refusal);
+        const QString lead = QStringLiteral("product-editor: ");
+        if (reason.startsWith(lead))
+            reason.remove(0, lead.size());
+        m_window->statusBar()->showMessage(QStringLiteral("Could not load %1: %2").arg(folder, reason));
+    }
+
+    // Save, Discard or Cancel; true when the window may close.
+    bool _MayClose()
+    {
+        QMessageBox box(QMessageBox::Question, QStringLiteral("Product editor"),
+                        QStringLiteral("The definitions in %1 have unsaved changes.")
+                            .arg(Native(m_window->windowFilePath())),
+                        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, m_window);
+        box.setInformativeText(QStringLiteral("Save them before closing?"));
+        box.setDefaultButton(QMessageBox::Save);
+        switch (box.exec()) {
+        case QMessageBox::Save:
+            if (auto *save = m_window->findChild<QAction *>(QStringLiteral("mp_run_save")))
+                save->trigger();
+            return !m_window->isWindowModified();
+        case QMessageBox::Discard:
+            return true;
+        default:
+            return false;
+        }
+    }
+
+    FileAccess m_access;
+    QMainWindow *m_window = nullptr; // the parent
+    VantixJsonData *m_store = nullptr; // lives in the window
+    QString m_firstRead;    // the first file read since the last report
+    QStringList m_saved;    // the files of the current save
+    int m_unchanged = 0;
+    int m_failed = 0;
+};
+
+std::unique_ptr<QMainWindow> OpenWindow(const QString &folder, const QString &catalogueFile, const Reader &reader,
+                                        const Writer &writer, QStringList *messages, VantixJsonData **store)
+{
+    FolderOpener opener(reader, catalogueFile);
+    std::unique_ptr<QMainWindow> window(CreateProductEditorWithCatalogue(
+        folder, reader, writer, [&opener, store](VantixJsonData &loaded) {
+            if (store)
+                *store = &loaded;
+            return opener.Catalogue(loaded);
+        }));
+    *messages = opener.Messages();
+    if (!opener.Opened())
+        return nullptr;
+    window->setWindowTitle(QStringLiteral("Product editor - %1").arg(QDir::toNativeSeparators(folder)));
+    return window;
+}
+
 } // namespace
 
 QString BundledExample(const QString &programDir)
@@ -97,13 +276,18 @@ QString BundledExample(const QString &programDir)
 std::unique_ptr<QMainWindow> OpenEditorWindow(const QString &folder, const QString &catalogueFile,
                                               const Reader &reader, const Writer &writer, QStringList *messages)
 {
-    FolderOpener opener(reader, catalogueFile);
-    std::unique_ptr<QMainWindow> window(CreateProductEditorWithCatalogue(
-        folder, reader, writer, [&opener](VantixJsonData &store) { return opener.Catalogue(store); }));
-    *messages = opener.Messages();
-    if (!opener.Opened())
-        return nullptr;
-    window->setWindowTitle(QStringLiteral("Product editor - %1").arg(QDir::toNativeSeparators(folder)));
+    return OpenWindow(folder, catalogueFile, reader, writer, messages, nullptr);
+}
+
+std::unique_ptr<QMainWindow> OpenHostWindow(const QString &folder, const QString &catalogueFile,
+                                            QStringList *messages)
+{
+    auto feedback = std::make_unique<HostFeedback>();
+    VantixJsonData *store = nullptr;
+    std::unique_ptr<QMainWindow> window =
+        OpenWindow(folder, catalogueFile, feedback->reader(), feedback->writer(), messages, &store);
+    if (window && store)
+        feedback.release()->Attach(window.get(), store);
     return window;
 }
 
@@ -132,19 +316,8 @@ int RunEditor(const QStringList &args, int &argc, char **argv)
                                                          : options.folder)
                                                .absoluteFilePath());
 
-    // The store does not look at the writer's result, so a failed write is told here.
-    FileAccess access;
-    const Writer fileWriter = access.writer();
-    const Writer writer = [&fileWriter, &access](const QString &path, const QByteArray &bytes) {
-        if (fileWriter(path, bytes))
-            return true;
-        QMessageBox::warning(QApplication::activeWindow(), QStringLiteral("Save"),
-                             QStringLiteral("Could not write %1").arg(access.errors().last()));
-        return false;
-    };
     QStringList messages;
-    const std::unique_ptr<QMainWindow> window =
-        OpenEditorWindow(folder, options.licenses, access.reader(), writer, &messages);
+    const std::unique_ptr<QMainWindow> window = OpenHostWindow(folder, options.licenses, &messages);
     for (const QString &message : messages)
         Err() << message << "\n";
     if (!window)

@@ -10,7 +10,10 @@
 #include "json/VantixFeaturesDiffModel.h"
 #include "store/VantixJsonData.h"
 
+#include <QAbstractItemView>
+#include <QAction>
 #include <QApplication>
+#include <QFile>
 #include <QJsonObject>
 #include <QLineEdit>
 #include <QMainWindow>
@@ -144,6 +147,64 @@ void SearchKeystroke(benchmark::State &state)
     search->clear();
 }
 
+// One undo step over 100,000 features: an edit recorded as a step, and undoing or
+// redoing it. The records are shared with the step until the edit writes them, so a
+// step costs the copy of the written map.
+struct LargeFixture
+{
+    LargeFixture()
+        : folder(GenerateSyntheticFolder(100000))
+        , memory(folder)
+        , editor(ProductEditor::CreateProductEditor(memory.root(), memory.reader(), memory.writer(), {}, nullptr))
+    {
+        editor->show();
+        QApplication::processEvents();
+    }
+    SyntheticFolder folder;
+    MemoryDefinitionFolder memory;
+    std::unique_ptr<QMainWindow> editor;
+};
+
+LargeFixture &TheLargeFixture()
+{
+    static LargeFixture fixture;
+    return fixture;
+}
+
+long ResidentKiB()
+{
+    QFile status(QStringLiteral("/proc/self/statm"));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    return status.readAll().split(' ').value(1).toLong() * 4;
+}
+
+void UndoStepEdit(benchmark::State &state)
+{
+    QMainWindow *window = TheLargeFixture().editor.get();
+    QAbstractItemModel *features = window->findChild<QAbstractItemView *>(QStringLiteral("mp_lst_features"))->model();
+    const long before = ResidentKiB();
+    int steps = 0;
+    for (auto _ : state) {
+        features->setData(features->index(steps % 100, 1), QStringLiteral("title %1").arg(steps));
+        QApplication::processEvents(); // the step is recorded once the event is done
+        ++steps;
+    }
+    state.counters["KiB/step"] = double(ResidentKiB() - before) / steps;
+}
+
+void UndoStepUndoRedo(benchmark::State &state)
+{
+    QMainWindow *window = TheLargeFixture().editor.get();
+    QAction *undo = window->findChild<QAction *>(QStringLiteral("mp_run_undo"));
+    QAction *redo = window->findChild<QAction *>(QStringLiteral("mp_run_redo"));
+    bool back = true;
+    for (auto _ : state) {
+        (back ? undo : redo)->trigger();
+        back = !back;
+    }
+}
+
 void PrintRow(const BestTimeReporter &reporter, const char *what, const char *measured, const char *floor,
               double target)
 {
@@ -161,6 +222,8 @@ BENCHMARK(DiffEngine)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime
 BENCHMARK(UpdateButton)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
 BENCHMARK(ScanFeatures)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(SearchKeystroke)->Unit(benchmark::kMillisecond)->Iterations(20)->UseRealTime();
+BENCHMARK(UndoStepEdit)->Unit(benchmark::kMillisecond)->Iterations(10)->UseRealTime();
+BENCHMARK(UndoStepUndoRedo)->Unit(benchmark::kMillisecond)->Iterations(10)->UseRealTime();
 
 int main(int argc, char **argv)
 {
@@ -178,6 +241,11 @@ int main(int argc, char **argv)
     PrintRow(reporter, "open and show the window", "WindowOpen", "StoreLoad", 2.0);
     PrintRow(reporter, "Update (all diffs)", "UpdateButton", "DiffEngine", 1.0);
     PrintRow(reporter, "one search keystroke", "SearchKeystroke", "ScanFeatures", 0.05);
+    std::printf("%-28s %10.1f ms %10.1f ms  (100,000 features)\n", "one undo step (edit)",
+                reporter.seconds("UndoStepEdit") * 1e3, 100.0);
+    std::printf("%-28s %10.1f ms %10.1f ms  (100,000 features)\n", "undo or redo one step",
+                reporter.seconds("UndoStepUndoRedo") * 1e3, 100.0);
     TheFixture().editor.reset();
+    TheLargeFixture().editor.reset();
     return 0;
 }

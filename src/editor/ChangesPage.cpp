@@ -1,5 +1,6 @@
 #include "editor/ChangesPage.h"
 
+#include "editor/DiffReview.h"
 #include "json/VantixFeaturesDiffModel.h"
 #include "models/Model.h"
 #include "store/VantixJsonData.h"
@@ -80,9 +81,12 @@ ChangesPage::ChangesPage(Ui::VantixJSONEditorClass &ui, Model &model)
     , m_tabBar(new QTabBar(ui.mp_tab_diff))
 {
     ui.verticalLayout_4->insertWidget(TabBarPosition, m_tabBar);
+    m_review = std::make_unique<DiffReview>(ui, m_tabBar);
     connect(ui.mp_btn_update, &QPushButton::clicked, this, &ChangesPage::_Update);
     connect(ui.mp_btn_apply_patch, &QPushButton::clicked, this, &ChangesPage::_ApplyChanges);
 }
+
+ChangesPage::~ChangesPage() = default;
 
 QTabBar *ChangesPage::TabBar() const
 {
@@ -92,7 +96,7 @@ QTabBar *ChangesPage::TabBar() const
 void ChangesPage::ShowDiff(int index)
 {
     QTreeView *tree = m_ui.mp_tree_diff;
-    ShowModel(tree, DiffModelOf(m_tabBar, index));
+    _Show(DiffModelOf(m_tabBar, index));
     tree->expandAll();
     for (int column = 0; column < DiffColumnCount; ++column)
         tree->resizeColumnToContents(column);
@@ -102,6 +106,7 @@ void ChangesPage::CompareDocuments()
 {
     _Rebuild(UpdateComparedDocuments(m_model.GetData()), Refresh::AtEnd);
     m_ui.mp_btn_apply_patch->show();
+    m_review->Recount(true);
 }
 
 void ChangesPage::CompareProducts(const QString &leftId, const QString &rightId)
@@ -114,17 +119,25 @@ void ChangesPage::CompareProducts(const QString &leftId, const QString &rightId)
                  model.setEditableMode(false);
              });
     m_ui.mp_btn_apply_patch->hide();
+    m_review->Recount(false);
 }
 
 void ChangesPage::_Update()
 {
     m_model.GetData().UpdateResultJsons();
     _Rebuild(UpdateComparedDocuments(m_model.GetData()), Refresh::PerLayout);
+    m_review->Recount(true);
+}
+
+void ChangesPage::_Show(VantixFeaturesDiffModel *model)
+{
+    ShowModel(m_ui.mp_tree_diff, model);
+    m_review->Follow(model);
 }
 
 void ChangesPage::_Rebuild(const QVector<ComparedDocument> &documents, Refresh refresh, const Prepare &prepare)
 {
-    ShowModel(m_ui.mp_tree_diff, nullptr);
+    _Show(nullptr);
     _ClearTabs();
     for (int i = 0; i < documents.size(); ++i) {
         if (VantixFeaturesDiffModel *model = BuildDiffModel(documents[i], m_tabBar)) {

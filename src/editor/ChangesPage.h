@@ -6,6 +6,7 @@
 #include <QVector>
 
 #include <functional>
+#include <memory>
 
 class QTabBar;
 
@@ -15,6 +16,7 @@ class VantixJSONEditorClass;
 
 namespace ProductEditor {
 
+class DiffReview;
 class Model;
 class VantixFeaturesDiffModel;
 
@@ -24,6 +26,7 @@ class ChangesPage : public QObject
 {
 public:
     ChangesPage(Ui::VantixJSONEditorClass &ui, Model &model);
+    ~ChangesPage() override;
 
     QTabBar *TabBar() const;
     // Shows the diff of tab `index` in the tree, expanded and measured.
@@ -38,6 +41,7 @@ private:
     using Prepare = std::function<void(VantixFeaturesDiffModel &)>;
 
     void _Rebuild(const QVector<ComparedDocument> &documents, Refresh refresh, const Prepare &prepare = {});
+    void _Show(VantixFeaturesDiffModel *model);
     void _ClearTabs();
     void _Update();
     void _ApplyChanges();
@@ -45,6 +49,7 @@ private:
     Ui::VantixJSONEditorClass &m_ui;
     Model &m_model;
     QTabBar *m_tabBar = nullptr; // owned by the Changes page widget
+    std::unique_ptr<DiffReview> m_review;
 };
 
 } // namespace ProductEditor

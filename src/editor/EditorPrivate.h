@@ -6,12 +6,14 @@
 #include "editor/ProductsPage.h"
 #include "editor/QueryPage.h"
 #include "editor/ResultPage.h"
+#include "editor/UndoHistory.h"
 #include "models/Model.h"
 #include "store/VantixJsonData.h"
 #include "ui_VantixJSONEditor.h"
 
 #include <QMap>
 #include <QString>
+#include <QUndoStack>
 
 #include <memory>
 
@@ -57,6 +59,9 @@ struct EditorPrivate
     std::unique_ptr<ResultPage> result;
     std::unique_ptr<QueryPage> query;
     std::unique_ptr<ExtensionsPage> extensions;
+
+    QUndoStack undoStack;
+    std::unique_ptr<UndoHistory> history; // goes first: it watches the models
 };
 
 } // namespace ProductEditor

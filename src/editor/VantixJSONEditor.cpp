@@ -4,10 +4,13 @@
 #include "editor/PageTools.h"
 #include "editor/TabIndex.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QKeyEvent>
+#include <QMenu>
+#include <QMenuBar>
 #include <QTabBar>
 
 namespace ProductEditor {
@@ -42,6 +45,8 @@ void VantixJSONEditor::_Build()
     _InitResultTab();
     _InitQueryTab();
     _InitExtensionTab();
+    _InitEditMenu();
+    setWindowFilePath(d->model.GetData().GetFolder().path());
 }
 
 VantixJSONEditor::~VantixJSONEditor()
@@ -70,11 +75,54 @@ void VantixJSONEditor::_InitMenu()
 {
     Ui::VantixJSONEditorClass &ui = d->ui;
     connect(ui.mp_run_reload, &QAction::triggered, this, &VantixJSONEditor::_Reload);
-    connect(ui.mp_run_save, &QAction::triggered, this, [this] { d->model.GetData().Save(); });
+    connect(ui.mp_run_save, &QAction::triggered, this, &VantixJSONEditor::_Save);
     connect(ui.mp_run_load, &QAction::triggered, this, &VantixJSONEditor::_Load);
     connect(ui.mp_run_save_as, &QAction::triggered, this, &VantixJSONEditor::_SaveAs);
     connect(ui.mp_run_compare, &QAction::triggered, this, &VantixJSONEditor::_Compare);
     connect(ui.mp_run_compare_product, &QAction::triggered, this, &VantixJSONEditor::_CompareProducts);
+    ui.mp_run_save->setShortcut(QKeySequence::Save);
+    ui.mp_run_save_as->setShortcut(QKeySequence::SaveAs);
+    ui.mp_run_load->setShortcut(QKeySequence::Open);
+    ui.mp_run_reload->setShortcut(QKeySequence::Refresh);
+}
+
+void VantixJSONEditor::_InitEditMenu()
+{
+    QUndoStack &stack = d->undoStack;
+    d->history = std::make_unique<UndoHistory>(d->ui, d->model, stack);
+
+    auto *menu = new QMenu(QStringLiteral("Edit"), d->ui.menuBar);
+    menu->setObjectName(QStringLiteral("menuEdit"));
+    d->ui.menuBar->addMenu(menu);
+    QAction *undo = menu->addAction(QStringLiteral("Undo"));
+    undo->setObjectName(QStringLiteral("mp_run_undo"));
+    undo->setShortcut(QKeySequence::Undo);
+    undo->setEnabled(false);
+    QAction *redo = menu->addAction(QStringLiteral("Redo"));
+    redo->setObjectName(QStringLiteral("mp_run_redo"));
+    redo->setShortcut(QKeySequence::Redo);
+    redo->setEnabled(false);
+
+    connect(undo, &QAction::triggered, this, [this] {
+        d->history->Flush();
+        d->undoStack.undo();
+    });
+    connect(redo, &QAction::triggered, this, [this] {
+        d->history->Flush();
+        d->undoStack.redo();
+    });
+    connect(&stack, &QUndoStack::canUndoChanged, undo, &QAction::setEnabled);
+    connect(&stack, &QUndoStack::canRedoChanged, redo, &QAction::setEnabled);
+    connect(&stack, &QUndoStack::cleanChanged, this, [this](bool clean) {
+        // The form's title has no "[*]" to mark; a host that gives it one sees the mark.
+        if (windowTitle().contains(QLatin1String("[*]"))) {
+            setWindowModified(!clean);
+            return;
+        }
+        setAttribute(Qt::WA_WindowModified, !clean);
+        QEvent changed(QEvent::ModifiedChange);
+        QCoreApplication::sendEvent(this, &changed);
+    });
 }
 
 QString VantixJSONEditor::_AskFolder(const QString &caption)
@@ -86,22 +134,37 @@ QString VantixJSONEditor::_AskFolder(const QString &caption)
 void VantixJSONEditor::_Reload()
 {
     if (PageTools::Confirm(this, QStringLiteral("Reload"),
-                           QStringLiteral("You will lost all your changes, are you sure?")))
-        d->model.GetData().Reload();
+                           QStringLiteral("You will lost all your changes, are you sure?"))
+        && d->model.GetData().Reload())
+        d->history->Clear();
 }
 
 void VantixJSONEditor::_Load()
 {
     const QString path = _AskFolder(QStringLiteral("Open"));
-    if (!path.isEmpty())
-        d->model.GetData().Load(path);
+    if (!path.isEmpty() && d->model.GetData().Load(path))
+        _Loaded(path);
+}
+
+void VantixJSONEditor::_Loaded(const QString &path)
+{
+    d->history->Clear();
+    setWindowFilePath(path);
+}
+
+void VantixJSONEditor::_Save()
+{
+    d->history->Flush();
+    if (d->model.GetData().Save())
+        d->undoStack.setClean();
 }
 
 void VantixJSONEditor::_SaveAs()
 {
     const QString path = _AskFolder(QStringLiteral("Save as"));
-    if (!path.isEmpty())
-        d->model.GetData().SaveAs(path);
+    d->history->Flush();
+    if (!path.isEmpty() && d->model.GetData().SaveAs(path))
+        d->undoStack.setClean();
 }
 
 void VantixJSONEditor::_Compare()

@@ -44,6 +44,7 @@ private:
     void _InitResultTab();
     void _InitQueryTab();
     void _InitExtensionTab();
+    void _InitEditMenu();
 
     void _TabBarChanged(int index);
     void keyPressEvent(QKeyEvent *event) override;
@@ -51,7 +52,9 @@ private:
     // File menu
     void _Reload();
     void _Load();
+    void _Save();
     void _SaveAs();
+    void _Loaded(const QString &path);
     void _Compare();
     void _CompareProducts();
     QString _AskFolder(const QString &caption);

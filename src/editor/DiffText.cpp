@@ -1,0 +1,103 @@
+#include "editor/DiffText.h"
+
+#include "json/QJsonDiffTreeItem.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QStringList>
+
+namespace ProductEditor {
+namespace DiffText {
+
+namespace {
+
+using Flag = QJsonDiffTreeItem::DiffFlag;
+
+QString Json(const QJsonValue &value)
+{
+    if (value.isObject())
+        return QString::fromUtf8(QJsonDocument(value.toObject()).toJson(QJsonDocument::Indented)).trimmed();
+    if (value.isArray())
+        return QString::fromUtf8(QJsonDocument(value.toArray()).toJson(QJsonDocument::Indented)).trimmed();
+    // A scalar is written as the one element of an array, without the brackets.
+    const QString text = QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact));
+    return text.mid(1, text.size() - 2);
+}
+
+QString Path(const QJsonTreeItem &node)
+{
+    QStringList keys;
+    for (const QJsonTreeItem *item = &node; item && item->parent(); item = item->parent())
+        keys.prepend(item->key());
+    return keys.join(QStringLiteral(" / "));
+}
+
+bool InArray(const QJsonDiffTreeItem &node)
+{
+    return node.parent() && node.parent()->type() == QJsonValue::Array;
+}
+
+QString Outcome(const QJsonDiffTreeItem &node, bool applicable)
+{
+    if (!applicable)
+        return QStringLiteral("nothing: a comparison of two products cannot be applied");
+    const int type = node.diffType();
+    const bool left = node.action() == UseLeft;
+    if (node.childCount() > 0)
+        return QStringLiteral("follows the rows below it");
+    if (type & Flag::ValueChanged)
+        return left ? QStringLiteral("keeps the left value") : QStringLiteral("takes the right value");
+    if (type & Flag::LeftOnly) {
+        if (InArray(node))
+            return left ? QStringLiteral("keeps the element") : QStringLiteral("drops the element");
+        return left ? QStringLiteral("keeps the member")
+                    : QStringLiteral("keeps the member (a patch never removes a member)");
+    }
+    if (type & Flag::RightOnly) {
+        if (InArray(node))
+            return left ? QStringLiteral("leaves the element out") : QStringLiteral("adds the element");
+        return left ? QStringLiteral("leaves the member out")
+                    : QStringLiteral("leaves the member out (a patch never adds a member)");
+    }
+    // A nested changed value offers no choice and keeps its side.
+    return left ? QStringLiteral("keeps the left value") : QStringLiteral("takes the right value");
+}
+
+} // namespace
+
+int CountDifferences(const QJsonTreeItem *root)
+{
+    if (!root)
+        return 0;
+    int count = 0;
+    for (int i = 0; i < root->childCount(); ++i) {
+        const QJsonTreeItem *child = root->child(i);
+        count += child->childCount() == 0 ? 1 : CountDifferences(child);
+    }
+    return count;
+}
+
+QString Differences(int count)
+{
+    return count == 1 ? QStringLiteral("1 difference") : QStringLiteral("%1 differences").arg(count);
+}
+
+QString Details(const QJsonDiffTreeItem &node, bool applicable)
+{
+    const int type = node.diffType();
+    const QString absent = QStringLiteral("(absent)");
+    const QString left = (type & Flag::RightOnly) ? absent : Json(node.values().left);
+    const QString right = (type & Flag::LeftOnly) ? absent : Json(node.values().right);
+    QStringList lines{QStringLiteral("Path: ") + Path(node)};
+    const Difference &values = node.values();
+    if ((type & Flag::Choosable) || !values.left.isNull() || !values.right.isNull())
+        lines << QStringLiteral("Left:") << left << QStringLiteral("Right:") << right;
+    else
+        lines << QStringLiteral("Changed inside; the rows below it hold the values.");
+    lines << QStringLiteral("Apply changes: ") + Outcome(node, applicable);
+    return lines.join(QLatin1Char('\n'));
+}
+
+} // namespace DiffText
+} // namespace ProductEditor

@@ -1,0 +1,160 @@
+#include "editor/UndoHistory.h"
+
+#include "editor/PageTools.h"
+#include "models/ExtensionsModel.h"
+#include "models/FeaturesModel.h"
+#include "models/Model.h"
+#include "models/ModelReset.h"
+#include "models/ProductsModel.h"
+#include "ui_VantixJSONEditor.h"
+
+#include <QAbstractProxyModel>
+#include <QTimer>
+#include <QUndoCommand>
+#include <QUndoStack>
+
+#include <iterator>
+
+namespace ProductEditor {
+
+namespace {
+
+// One step: the records before and after it. The stack redoes a command as it
+// is pushed; the records are already in that state then.
+class SnapshotCommand : public QUndoCommand
+{
+public:
+    SnapshotCommand(UndoHistory &history, RecordsSnapshot before, RecordsSnapshot after)
+        : QUndoCommand(QStringLiteral("Edit"))
+        , m_history(history)
+        , m_before(std::move(before))
+        , m_after(std::move(after))
+    {
+    }
+
+    void undo() override { m_history.Restore(m_before); }
+    void redo() override
+    {
+        if (m_pushed)
+            m_history.Restore(m_after);
+        m_pushed = true;
+    }
+
+private:
+    UndoHistory &m_history;
+    RecordsSnapshot m_before;
+    RecordsSnapshot m_after;
+    bool m_pushed = false;
+};
+
+QAbstractItemModel *SourceOf(QAbstractItemModel *model)
+{
+    while (auto *proxy = qobject_cast<QAbstractProxyModel *>(model))
+        model = proxy->sourceModel();
+    return model;
+}
+
+QString CurrentId(const QAbstractItemView *view, int column)
+{
+    const QModelIndex current = view->currentIndex();
+    return current.sibling(current.row(), column).data().toString();
+}
+
+} // namespace
+
+UndoHistory::UndoHistory(Ui::VantixJSONEditorClass &ui, Model &model, QUndoStack &stack)
+    : m_ui(ui)
+    , m_model(model)
+    , m_stack(stack)
+    , m_current(RecordsSnapshot::Take(model.GetData()))
+{
+    for (QAbstractItemModel *shown :
+         {model.GetSourceFeaturesModel(), model.GetProductsModel(), model.GetLayoutsModel(), model.GetLicensesModel(),
+          model.GetExtensionsModel(), model.GetExtensionsProductModel(), model.GetExtensionsLayoutModel(),
+          model.GetExtensionsLicenseModel()}) {
+        QAbstractItemModel *source = SourceOf(shown);
+        if (source && !m_sources.contains(source))
+            m_sources << source;
+    }
+    // Selection changes notify too; they leave the records shared with the
+    // last step, which makes the comparison that drops them cheap.
+    for (QAbstractItemModel *watched : model.findChildren<QAbstractItemModel *>()) {
+        connect(watched, &QAbstractItemModel::dataChanged, this, &UndoHistory::_Schedule);
+        connect(watched, &QAbstractItemModel::rowsInserted, this, &UndoHistory::_Schedule);
+        connect(watched, &QAbstractItemModel::rowsRemoved, this, &UndoHistory::_Schedule);
+        connect(watched, &QAbstractItemModel::modelReset, this, &UndoHistory::_Schedule);
+        connect(watched, &QAbstractItemModel::layoutChanged, this, &UndoHistory::_Schedule);
+    }
+}
+
+void UndoHistory::_Schedule()
+{
+    if (m_restoring || m_pending)
+        return;
+    m_pending = true;
+    QTimer::singleShot(0, this, &UndoHistory::Flush);
+}
+
+void UndoHistory::Flush()
+{
+    m_pending = false;
+    RecordsSnapshot now = RecordsSnapshot::Take(m_model.GetData());
+    if (now == m_current)
+        return;
+    RecordsSnapshot before = m_current;
+    m_current = now;
+    m_stack.push(new SnapshotCommand(*this, std::move(before), std::move(now)));
+}
+
+void UndoHistory::Clear()
+{
+    m_pending = false;
+    m_current = RecordsSnapshot::Take(m_model.GetData());
+    m_stack.clear();
+}
+
+void UndoHistory::Restore(const RecordsSnapshot &snapshot)
+{
+    const QString feature = CurrentId(m_ui.mp_lst_features, FeaturesModel::IdColumn);
+    const QString product = CurrentId(m_ui.mp_lst_products, ProductsModel::IdColumn);
+    const QString extension = CurrentId(m_ui.mp_lst_extensions, ExtensionsModel::IdColumn);
+
+    m_restoring = true;
+    ResetAround(m_sources, [this, &snapshot] { snapshot.Restore(m_model.GetData()); });
+    m_current = snapshot;
+    _ReselectFeature(feature);
+    _Reselect(m_ui.mp_lst_products, ProductsModel::IdColumn, product);
+    _Reselect(m_ui.mp_lst_extensions, ExtensionsModel::IdColumn, extension);
+    m_restoring = false;
+}
+
+void UndoHistory::_Reselect(QAbstractItemView *view, int column, const QString &id)
+{
+    const QAbstractItemModel *model = view->model();
+    int row = 0;
+    for (int candidate = 0; candidate < model->rowCount(); ++candidate) {
+        if (model->index(candidate, column).data().toString() == id) {
+            row = candidate;
+            break;
+        }
+    }
+    view->scrollTo(PageTools::MakeCurrent(view, row, column, PageTools::SelectCurrentRow));
+}
+
+// The feature list can hold a hundred thousand rows; the row comes from the map.
+void UndoHistory::_ReselectFeature(const QString &id)
+{
+    QAbstractItemView *view = m_ui.mp_lst_features;
+    const auto &features = m_model.GetData().GetFeatures();
+    QModelIndex shown;
+    if (features.contains(id)) {
+        const int row = int(std::distance(features.constBegin(), features.constFind(id)));
+        const QModelIndex source = m_model.GetSourceFeaturesModel()->index(row, FeaturesModel::IdColumn);
+        auto *search = qobject_cast<QAbstractProxyModel *>(view->model());
+        shown = search ? search->mapFromSource(source) : source;
+    }
+    const int row = shown.isValid() ? shown.row() : 0;
+    view->scrollTo(PageTools::MakeCurrent(view, row, FeaturesModel::IdColumn, PageTools::SelectCurrent));
+}
+
+} // namespace ProductEditor

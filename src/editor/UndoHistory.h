@@ -1,0 +1,51 @@
+#pragma once
+
+#include "store/RecordsSnapshot.h"
+
+#include <QObject>
+#include <QVector>
+
+class QAbstractItemModel;
+class QAbstractItemView;
+class QUndoStack;
+
+namespace Ui {
+class VantixJSONEditorClass;
+}
+
+namespace ProductEditor {
+
+class Model;
+
+// Turns every change of the store's records into one step on the undo stack.
+// Changes are noticed through the models' notifications and recorded once the
+// event that caused them is done, so an action that touches several models
+// (a rename, a duplicate, "Apply changes") is still one step.
+class UndoHistory : public QObject
+{
+public:
+    UndoHistory(Ui::VantixJSONEditorClass &ui, Model &model, QUndoStack &stack);
+
+    // Records a change that is still waiting for the end of its event.
+    void Flush();
+    // After a load: the records as they are now are the clean state, with nothing to undo.
+    void Clear();
+    // Puts `snapshot` back and refreshes every view, keeping the current
+    // feature, product and extension where they still exist.
+    void Restore(const RecordsSnapshot &snapshot);
+
+private:
+    void _Schedule();
+    void _Reselect(QAbstractItemView *view, int column, const QString &id);
+    void _ReselectFeature(const QString &id);
+
+    Ui::VantixJSONEditorClass &m_ui;
+    Model &m_model;
+    QUndoStack &m_stack;
+    QVector<QAbstractItemModel *> m_sources; // the models that read the records directly
+    RecordsSnapshot m_current;               // the records after the last recorded step
+    bool m_pending = false;
+    bool m_restoring = false;
+};
+
+} // namespace ProductEditor

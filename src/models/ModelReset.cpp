@@ -1,0 +1,31 @@
+#include "models/ModelReset.h"
+
+#include "models/RowCursor.h"
+
+#include <QAbstractItemModel>
+
+namespace ProductEditor {
+
+namespace {
+
+// Reaches the protected reset notifications of any model; never instantiated.
+struct ResetAccess : QAbstractItemModel
+{
+    using QAbstractItemModel::beginResetModel;
+    using QAbstractItemModel::endResetModel;
+};
+
+} // namespace
+
+void ResetAround(const QVector<QAbstractItemModel *> &models, const std::function<void()> &change)
+{
+    BumpRowEpoch();
+    for (QAbstractItemModel *model : models)
+        (model->*(&ResetAccess::beginResetModel))();
+    change();
+    BumpRowEpoch();
+    for (auto it = models.rbegin(); it != models.rend(); ++it)
+        ((*it)->*(&ResetAccess::endResetModel))();
+}
+
+} // namespace ProductEditor

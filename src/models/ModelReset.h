@@ -1,0 +1,19 @@
+#pragma once
+
+#include "ProductEditorExport.h"
+
+#include <QVector>
+
+#include <functional>
+
+class QAbstractItemModel;
+
+namespace ProductEditor {
+
+// Runs `change` inside a reset of every model in `models`. For changes that
+// replace the store's records behind the models' backs, where the store's own
+// signals would reach only the feature-side models.
+PRODUCT_EDITOR_EXPORT void ResetAround(const QVector<QAbstractItemModel *> &models,
+                                       const std::function<void()> &change);
+
+} // namespace ProductEditor

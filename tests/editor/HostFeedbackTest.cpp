@@ -1,0 +1,85 @@
+#include "EditorFixture.h"
+#include "EditorHost.h"
+
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QStatusBar>
+
+// The desktop program's window over files on disk.
+class HostFeedbackTest : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_dir;
+
+    QString copyExample()
+    {
+        const QString target = m_dir.filePath("defs");
+        QDirIterator it(PE_SOURCE_DIR "/examples/definitions", QDir::Files, QDirIterator::Subdirectories);
+        while (it.hasNext()) {
+            const QString file = it.next();
+            const QString to = target + file.mid(QStringLiteral(PE_SOURCE_DIR "/examples/definitions").size());
+            QDir().mkpath(QFileInfo(to).absolutePath());
+            QFile::copy(file, to);
+        }
+        return target;
+    }
+    static QMap<QString, QDateTime> times(const QString &root)
+    {
+        QMap<QString, QDateTime> result;
+        QDirIterator it(root, QDir::Files, QDirIterator::Subdirectories);
+        while (it.hasNext())
+            result.insert(it.next(), it.fileInfo().lastModified());
+        return result;
+    }
+
+private slots:
+    void saveLeavesUnchangedFilesAndCloseAsks()
+    {
+        const QString folder = copyExample();
+        QStringList messages;
+        std::unique_ptr<QMainWindow> window = OpenHostWindow(folder, QString(), &messages);
+        QVERIFY(window);
+        QCOMPARE(window->windowTitle(), "Product editor - " + QDir::toNativeSeparators(folder) + "[*]");
+        auto *save = window->findChild<QAction *>("mp_run_save");
+        save->trigger();
+        const auto first = times(folder);
+        const int files = first.size();
+        save->trigger();
+        QCOMPARE(times(folder), first);
+        QCOMPARE(window->statusBar()->currentMessage(),
+                 QString("Saved %1 files to %2 (%1 unchanged)").arg(files).arg(QDir::toNativeSeparators(folder)));
+
+        window->show();
+        QAbstractItemModel *features = window->findChild<QAbstractItemView *>("mp_lst_features")->model();
+        features->setData(features->index(0, 1), "Changed");
+        QTRY_VERIFY(window->isWindowModified());
+        DialogAnswers answers;
+        answers.Then({int(QMessageBox::Cancel), int(QMessageBox::Discard)});
+        QVERIFY(!window->close());
+        QVERIFY(window->isVisible());
+        QVERIFY(window->close());
+        QCOMPARE(answers.log.value(0), "4 | Product editor | The definitions in " + QDir::toNativeSeparators(folder)
+                                           + " have unsaved changes.");
+        QCOMPARE(times(folder), first);
+    }
+
+    void refusedLoadIsTold()
+    {
+        const QString folder = copyExample();
+        QDir().mkpath(m_dir.filePath("empty/products"));
+        QStringList messages;
+        std::unique_ptr<QMainWindow> window = OpenHostWindow(folder, QString(), &messages);
+        DialogAnswers answers;
+        answers.Then({m_dir.filePath("empty")});
+        window->findChild<QAction *>("mp_run_load")->trigger();
+        const QString empty = QDir::toNativeSeparators(m_dir.filePath("empty"));
+        QCOMPARE(window->statusBar()->currentMessage(),
+                 "Could not load " + empty + ": " + QDir::toNativeSeparators(m_dir.filePath("empty/products/products.json"))
+                     + ": cannot be read: no such file");
+        QCOMPARE(window->windowTitle(), "Product editor - " + QDir::toNativeSeparators(folder) + "[*]");
+    }
+};
+
+QTEST_MAIN(HostFeedbackTest)
+#include "HostFeedbackTest.moc"
