@@ -31,13 +31,15 @@ void Fail(const QString &message)
 }
 
 // Pages that are empty until the user acts are shown as they look after the
-// first action: Changes after "Update", Query after "Apply" with empty fields
-// (every feature), Result with its top levels opened.
+// first action: Changes after "Update" with the first difference selected, Query
+// after "Apply" with empty fields (every feature), Result with its top levels opened.
 void PreparePage(QMainWindow *window, int tab)
 {
     if (tab == 3) {
-        if (auto *update = window->findChild<QPushButton *>(QStringLiteral("mp_btn_update")))
-            update->click();
+        for (const char *button : {"mp_btn_update", "mp_btn_next_difference"}) {
+            if (auto *push = window->findChild<QPushButton *>(QLatin1String(button)))
+                push->click();
+        }
     } else if (tab == 4) {
         if (auto *apply = window->findChild<QPushButton *>(QStringLiteral("mp_btn_apply_query")))
             apply->click();
