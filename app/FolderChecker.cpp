@@ -125,8 +125,11 @@ Diagnostics FolderChecker::CheckDocuments(VantixJsonData &store, int folderReads
         if (skipped.contains(m_reads.at(i)))
             continue;
         layoutDocuments.push_back({m_reads.at(i), JsonPositionScanner(m_bytes.value(m_reads.at(i)))});
-        layouts << &layoutDocuments.back();
-        DocumentShape::LayoutDocument().Check(layoutDocuments.back(), layoutDocuments.back().json.root(), out);
+        const ScannedDocument &layout = layoutDocuments.back();
+        layouts << &layout;
+        // A file without "layouts" is never written back, so nothing in it is dropped.
+        if (layout.json.member(layout.json.root(), QLatin1String("layouts")) >= 0)
+            DocumentShape::LayoutDocument().Check(layout, layout.json.root(), out);
     }
 
     std::optional<QSet<QString>> catalogue;
