@@ -7,6 +7,8 @@
 #include <QString>
 #include <QVector>
 
+#include <vector>
+
 namespace ProductEditor {
 
 // Walks the bytes of a JSON document once and keeps, for every value, where it starts
@@ -24,7 +26,7 @@ public:
 
     explicit JsonPositionScanner(QByteArray bytes);
 
-    bool isValid() const { return !m_nodes.isEmpty(); }
+    bool isValid() const { return !m_nodes.empty(); }
     int root() const { return isValid() ? 0 : -1; }
 
     Kind kind(int node) const;
@@ -70,14 +72,14 @@ private:
     void skipSpace();
     int addNode(int parent, int start, int keyLength);
     void linkChildren();
-    bool valid(int node) const { return node >= 0 && node < m_nodes.size(); }
+    bool valid(int node) const { return node >= 0 && node < int(m_nodes.size()); }
     int indexInParent(int node) const;
 
     static QString decode(const char *begin, const char *end);
 
     QByteArray m_bytes;
-    QVector<Node> m_nodes;
-    QVector<int> m_children; // each container's children, contiguous and in order
+    std::vector<Node> m_nodes;
+    std::vector<int> m_children; // each container's children, contiguous and in order
     // Scan state: position, line, and the line's start adjusted so that
     // column = position - m_lineStart + 1 counts UTF-16 units.
     int m_pos = 0;
