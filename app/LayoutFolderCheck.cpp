@@ -42,6 +42,10 @@ Diagnostics CheckLayoutFolder(const QString &layoutsFolder, const LoadReport &re
                                 QStringLiteral("the file has no \"layouts\" key; loading reads no layout from it "
                                                "and saving leaves it as it is"));
     }
+    const QFileInfo folderInfo(layoutsFolder);
+    if (folderInfo.exists() && !folderInfo.isDir())
+        out << FileDiagnostic(layoutsFolder, "PE012",
+                              QStringLiteral("\"layouts\" is not a folder; loading reads no layout"));
     const QDir folder(layoutsFolder);
     const QFileInfoList entries =
         folder.entryInfoList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);

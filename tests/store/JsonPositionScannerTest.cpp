@@ -2,7 +2,9 @@
 // nothing at all for bytes that are not JSON.
 #include "store/JsonPositionScanner.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QTest>
 
 using namespace ProductEditor;
@@ -32,6 +34,7 @@ private slots:
     void positions();
     void notJson_data();
     void notJson();
+    void everyPrefix();
 };
 
 void JsonPositionScannerTest::positions_data()
@@ -103,6 +106,23 @@ void JsonPositionScannerTest::notJson()
     QCOMPARE(json.line(0), 0);
     QCOMPARE(json.path(0), QString());
     QCOMPARE(json.source(0), QByteArray());
+}
+
+// Cut anywhere, a document is JSON for the scanner exactly when it is for the parser,
+// and whatever the scanner keeps of it matches what the parser reads.
+void JsonPositionScannerTest::everyPrefix()
+{
+    const QByteArray bytes = "{\"a\": [1, -2.5e3, true, false, null, \"\\u00e9\\\"\"],\n \"b\": {\"c\": {}}, \"d\": []}";
+    for (int length = 0; length <= bytes.size(); ++length) {
+        const QByteArray prefix = bytes.left(length);
+        const QJsonDocument document = QJsonDocument::fromJson(prefix);
+        const JsonPositionScanner json(prefix);
+        QCOMPARE(json.isValid(), !document.isNull());
+        if (json.isValid()) {
+            QCOMPARE(json.childCount(json.root()), document.object().size());
+            QCOMPARE(json.string(Walk(json, {"a", "5"})), document["a"][5].toString());
+        }
+    }
 }
 
 QTEST_APPLESS_MAIN(JsonPositionScannerTest)
