@@ -22,6 +22,7 @@ const QVector<DiagnosticRule> &DiagnosticRules()
         {"PE012", "irregular-layout-entry", "An entry of the \"layouts\" folder that is not a regular file."},
         {"PE013", "layout-redefined", "A layout name defined in two files; the file read later wins."},
         {"PE014", "not-canonical", "A file that normalize, and every save, would rewrite."},
+        {"PE015", "repeated-key", "A key that repeats in one object; loading keeps only the last value."},
     };
     return rules;
 }

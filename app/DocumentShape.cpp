@@ -1,5 +1,7 @@
 #include "DocumentShape.h"
 
+#include <QHash>
+
 using ProductEditor::JsonPositionScanner;
 using Type = DocumentShape::Type;
 
@@ -132,6 +134,32 @@ QString Subject(const ScannedDocument &document, int node)
     return document.json.isMember(node) ? QStringLiteral("\"%1\": %2").arg(document.json.key(node), value) : value;
 }
 
+// For each member of `object`, the next member with the same key, or -1. The parser
+// keeps only the last of them.
+QVector<int> LaterSameKeys(const JsonPositionScanner &json, int object)
+{
+    const int count = json.childCount(object);
+    QVector<int> later(count, -1);
+    constexpr int pairwiseLimit = 16;
+    if (count <= pairwiseLimit) {
+        for (int i = 0; i < count; ++i) {
+            for (int j = i + 1; j < count && later.at(i) < 0; ++j) {
+                if (json.sameKey(json.child(object, i), json.child(object, j)))
+                    later[i] = json.child(object, j);
+            }
+        }
+        return later;
+    }
+    QHash<QString, int> next;
+    for (int i = count - 1; i >= 0; --i) {
+        const int child = json.child(object, i);
+        int &slot = next[json.key(child)];
+        later[i] = slot > 0 ? slot : -1;
+        slot = child;
+    }
+    return later;
+}
+
 } // namespace
 
 const DocumentShape &DocumentShape::ProductsDocument()
@@ -170,9 +198,15 @@ void DocumentShape::CheckMembers(const ScannedDocument &document, int node, Diag
 {
     const JsonPositionScanner &json = document.json;
     const int count = json.childCount(node);
+    const QVector<int> later = LaterSameKeys(json, node);
     for (int i = 0; i < count; ++i) {
         const int child = json.child(node, i);
-        if (const DocumentShape *shape = MemberShape(json, child))
+        if (later.at(i) >= 0) {
+            out << document.At(child, "PE015",
+                               QStringLiteral("%1 repeats on line %2; loading keeps only the later value")
+                                   .arg(Subject(document, child))
+                                   .arg(json.line(later.at(i))));
+        } else if (const DocumentShape *shape = MemberShape(json, child))
             shape->Check(document, child, out);
         else if (dropsUnknownKeys)
             out << document.At(child, "PE009",

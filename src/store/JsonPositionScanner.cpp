@@ -262,6 +262,20 @@ bool JsonPositionScanner::hasKey(int node, QLatin1String key) const
     return std::memchr(raw, '\\', size_t(length)) && decode(raw, raw + length) == key;
 }
 
+bool JsonPositionScanner::sameKey(int a, int b) const
+{
+    if (!isMember(a) || !isMember(b))
+        return false;
+    const Node &first = m_nodes[size_t(a)];
+    const Node &second = m_nodes[size_t(b)];
+    const char *rawA = m_bytes.constData() + first.start + 1;
+    const char *rawB = m_bytes.constData() + second.start + 1;
+    if (first.keyLength == second.keyLength && std::memcmp(rawA, rawB, size_t(first.keyLength)) == 0)
+        return true;
+    const bool escaped = std::memchr(rawA, '\\', size_t(first.keyLength)) || std::memchr(rawB, '\\', size_t(second.keyLength));
+    return escaped && key(a) == key(b);
+}
+
 int JsonPositionScanner::indexInParent(int node) const
 {
     // A container's children are numbered in ascending order.

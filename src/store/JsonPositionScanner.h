@@ -38,6 +38,7 @@ public:
 
     QString key(int node) const; // empty for array elements and the root
     bool hasKey(int node, QLatin1String key) const;
+    bool sameKey(int a, int b) const;
     bool isMember(int node) const { return valid(node) && m_nodes[node].keyLength >= 0; }
     // Where the node sits: "$" for the root, then ".name" or ["odd name"] per member
     // and [index] per element.

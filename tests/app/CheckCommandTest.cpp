@@ -28,7 +28,7 @@ const QByteArray kProducts = R"({
 ]},
 "products": {"product": [
 {"id": "p", "features": ["a", "ghost"], "modes": ["main", "nomode"], "licensing": {"base": "Base", "specific": [{"id": "nofeat", "licenses": []}]}, "extensions": {"open": ["nope"]}},
-{"id": "p"}
+{"id": "p", "modes": [], "modes": []}
 ],
 "extra": 1
 }
@@ -213,6 +213,7 @@ void CheckCommandTest::planted_data()
     const QByteArray earlier = m_laterLayout == "a.json" ? kLayoutB : kLayoutA;
     row("PE013", "layouts/" + QString(m_laterLayout == "a.json" ? "b.json" : "a.json"), earlier, 1, "\"main\"",
         "$.layouts.main");
+    row("PE015", P, kProducts, 15, "\"modes\"", "$.products.product[1].modes");
     // Where a save first changes each file: the canonical form indents by four spaces.
     row("PE014", P, kProducts, 2, "\"extensions\"", "$");
     row("PE014", "layouts/a.json", kLayoutA, 1, "\"layouts\"", "$");
@@ -246,7 +247,7 @@ void CheckCommandTest::planted()
 // Every diagnostic is one of the planted ones.
 void CheckCommandTest::nothingElse()
 {
-    QCOMPARE(CheckPlanted().diagnostics.size(), 22);
+    QCOMPARE(CheckPlanted().diagnostics.size(), 23);
 }
 
 void CheckCommandTest::bundledExample()
@@ -269,8 +270,8 @@ void CheckCommandTest::program_data()
     QTest::newRow("warnings") << QStringList{"check", defs} << 0
                               << "TMP/defs/products/products.json:4:15: warning: \"colour\": \"red\" is not a key the "
                                  "editor knows; saving drops it [PE009]\n";
-    QTest::newRow("summary") << QStringList{"check", defs} << 0 << "\n21 warnings, 0 errors\n";
-    QTest::newRow("strict") << QStringList{"check", defs, "--strict"} << 1 << "21 warnings";
+    QTest::newRow("summary") << QStringList{"check", defs} << 0 << "\n22 warnings, 0 errors\n";
+    QTest::newRow("strict") << QStringList{"check", defs, "--strict"} << 1 << "22 warnings";
     QTest::newRow("json") << QStringList{"check", defs, "--format", "json"} << 0
                           << "\"path\": \"$.products.product[0].features[1]\",\n            \"severity\": \"warning\"";
     QTest::newRow("refused") << QStringList{"check", "TMP/no", "--format", "json"} << 2
@@ -311,7 +312,7 @@ void CheckCommandTest::sarifConforms()
     QString why;
     QVERIFY2(Conforms(log.object(), QJsonDocument::fromJson(kSarifSchema).object(), "$", &why), qPrintable(why));
     const QJsonObject runObject = log["runs"][0].toObject();
-    QCOMPARE(runObject["results"].toArray().size(), 21);
+    QCOMPARE(runObject["results"].toArray().size(), 22);
     const QJsonObject first = runObject["results"][0].toObject();
     const QJsonArray rules = runObject["tool"]["driver"]["rules"].toArray();
     QCOMPARE(rules[first["ruleIndex"].toInt()]["id"], first["ruleId"]);
