@@ -1,24 +1,66 @@
 #include "CommandLine.h"
 #include "Commands.h"
-#include "FileAccess.h"
+#include "DiagnosticPrinter.h"
+#include "FolderChecker.h"
 
 using namespace ProductEditor;
+
+namespace {
+
+bool ParseCheckFormat(const QString &text, CheckFormat *format)
+{
+    static const QMap<QString, CheckFormat> formats{
+        {QStringLiteral("text"), CheckFormat::Text},
+        {QStringLiteral("json"), CheckFormat::Json},
+        {QStringLiteral("sarif"), CheckFormat::Sarif}};
+    const auto found = formats.constFind(text.isEmpty() ? QStringLiteral("text") : text);
+    if (found == formats.cend()) {
+        Err() << "product-editor: check: unknown format '" << text << "' (use text, json or sarif)\n";
+        return false;
+    }
+    *format = found.value();
+    return true;
+}
+
+RecordCounts CountsOf(VantixJsonData *store)
+{
+    if (!store)
+        return {};
+    return {{QStringLiteral("features"), store->GetFeatures().size()},
+            {QStringLiteral("products"), store->GetProducts().products.size()},
+            {QStringLiteral("layouts"), store->GetLayouts().size()},
+            {QStringLiteral("extensions"), store->GetExtensions().size()},
+            {QStringLiteral("licenses"), store->GetLicenses().size()}};
+}
+
+} // namespace
 
 int RunCheck(const QStringList &args, const Reader &reader)
 {
     QCommandLineParser parser;
     AddStandardOptions(parser);
     AddCatalogueOption(parser);
+    parser.addOption({QStringLiteral("format"), QStringLiteral("Output format: text (default), json or sarif."),
+                      QStringLiteral("FORMAT"), QStringLiteral("text")});
+    parser.addOption({QStringLiteral("strict"), QStringLiteral("Exit with 1 when there is any warning.")});
     if (const auto status = ParseArguments(parser, QStringLiteral("check"), args, 1, 1))
         return *status;
-    FileAccess access(FileAccess::Mode::CompareOnly);
-    const auto store = OpenFolder(parser.positionalArguments().at(0), CatalogueFile(parser), reader, access.writer());
-    if (!store)
+    CheckFormat format = CheckFormat::Text;
+    if (!ParseCheckFormat(parser.value(QStringLiteral("format")), &format))
         return ExitError;
-    Out() << "features: " << store->GetFeatures().size() << "\n"
-          << "products: " << store->GetProducts().products.size() << "\n"
-          << "layouts: " << store->GetLayouts().size() << "\n"
-          << "extensions: " << store->GetExtensions().size() << "\n"
-          << "licenses: " << store->GetLicenses().size() << "\n";
-    return ExitOk;
+
+    FolderChecker checker(reader, CatalogueFile(parser));
+    const CheckResult result = checker.Check(parser.positionalArguments().at(0));
+    for (const QString &message : result.messages)
+        Err() << message << "\n";
+    const RecordCounts counts = CountsOf(result.store.get());
+    switch (format) {
+    case CheckFormat::Text: PrintDiagnosticsText(Out(), counts, result.diagnostics); break;
+    case CheckFormat::Json: PrintDiagnosticsJson(Out(), counts, result.diagnostics); break;
+    case CheckFormat::Sarif: PrintDiagnosticsSarif(Out(), result.diagnostics); break;
+    }
+    if (!result.store)
+        return ExitError;
+    const bool warned = !result.diagnostics.isEmpty();
+    return warned && parser.isSet(QStringLiteral("strict")) ? ExitDifferent : ExitOk;
 }

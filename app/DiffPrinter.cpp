@@ -65,6 +65,48 @@ void PrintTextNode(QTextStream &out, const QJsonDiffTreeItem &node, int depth)
         PrintTextNode(out, *static_cast<const QJsonDiffTreeItem *>(node.child(i)), depth + 1);
 }
 
+struct DiffCounts
+{
+    int leftOnly = 0;
+    int rightOnly = 0;
+    int changed = 0;
+};
+
+// Counts items only on one side as one whatever they hold, and changed values.
+void Count(const QJsonDiffTreeItem &node, DiffCounts &counts)
+{
+    if (node.diffType() & QJsonDiffTreeItem::LeftOnly) {
+        ++counts.leftOnly;
+        return;
+    }
+    if (node.diffType() & QJsonDiffTreeItem::RightOnly) {
+        ++counts.rightOnly;
+        return;
+    }
+    if (node.childCount() == 0)
+        ++counts.changed;
+    for (int i = 0; i < node.childCount(); ++i)
+        Count(*static_cast<const QJsonDiffTreeItem *>(node.child(i)), counts);
+}
+
+QString SummaryLine(const std::vector<DiffReport> &reports)
+{
+    QStringList parts;
+    for (const DiffReport &report : reports) {
+        if (!report.tree)
+            continue;
+        DiffCounts counts;
+        for (int i = 0; i < report.tree->childCount(); ++i)
+            Count(*static_cast<const QJsonDiffTreeItem *>(report.tree->child(i)), counts);
+        parts << QStringLiteral("%1: %2 left-only, %3 right-only, %4 changed")
+                     .arg(report.name)
+                     .arg(counts.leftOnly)
+                     .arg(counts.rightOnly)
+                     .arg(counts.changed);
+    }
+    return QStringLiteral("# summary: ") + parts.join(QStringLiteral("; "));
+}
+
 } // namespace
 
 void AddFormatOption(QCommandLineParser &parser)
@@ -142,5 +184,7 @@ bool PrintDiffReports(QTextStream &out, const std::vector<DiffReport> &reports, 
         for (int i = 0; i < report.tree->childCount(); ++i)
             PrintTextNode(out, *static_cast<const QJsonDiffTreeItem *>(report.tree->child(i)), 0);
     }
+    if (different)
+        out << SummaryLine(reports) << '\n';
     return different;
 }

@@ -6,7 +6,14 @@ namespace {
 
 QString ProblemText(const LoadProblem &problem, const QString &lead)
 {
-    QString text = problem.file + QStringLiteral(": ") + lead + problem.message;
+    return problem.file + QStringLiteral(": ") + lead + ProblemDescription(problem);
+}
+
+} // namespace
+
+QString ProblemDescription(const LoadProblem &problem)
+{
+    QString text = problem.message;
     if (problem.IsParseError())
         text += QStringLiteral(": %1 at offset %2 (line %3, column %4)")
                     .arg(problem.parseError)
@@ -15,8 +22,6 @@ QString ProblemText(const LoadProblem &problem, const QString &lead)
                     .arg(problem.column);
     return text;
 }
-
-} // namespace
 
 QString RefusalMessage(const LoadProblem &problem)
 {

@@ -20,6 +20,22 @@ QStringList FilesASaveWrites(const VantixJsonData &store, const QDir &target)
     return files;
 }
 
+// A file whose bytes would not change is left alone (its time stamp too); the others
+// go to `write`, and are counted as written when it succeeds.
+Writer SkipUnchanged(Writer write, QStringList *written, QStringList *unchanged)
+{
+    return [write, written, unchanged](const QString &path, const QByteArray &bytes) {
+        if (QFileInfo(path).isFile() && FileAccess::ReadFile(path) == bytes) {
+            *unchanged << path;
+            return true;
+        }
+        if (!write(path, bytes))
+            return false;
+        *written << path;
+        return true;
+    };
+}
+
 int CheckOnly(VantixJsonData &store, FileAccess &access, const QString &target)
 {
     const QDir dir(target);
@@ -46,12 +62,16 @@ int RunNormalize(const QStringList &args, const Reader &reader)
     AddCatalogueOption(parser);
     parser.addOption({QStringLiteral("out"), QStringLiteral("Write into this folder."), QStringLiteral("OUT")});
     parser.addOption({QStringLiteral("check"), QStringLiteral("List the files that would change; write nothing.")});
+    parser.addOption({QStringLiteral("verbose"), QStringLiteral("Name every file written.")});
     if (const auto status = ParseArguments(parser, QStringLiteral("normalize"), args, 1, 1))
         return *status;
 
     const bool checkOnly = parser.isSet(QStringLiteral("check"));
     FileAccess access(checkOnly ? FileAccess::Mode::CompareOnly : FileAccess::Mode::Write);
-    const auto store = OpenFolder(parser.positionalArguments().at(0), CatalogueFile(parser), reader, access.writer());
+    QStringList written;
+    QStringList unchanged;
+    const auto store = OpenFolder(parser.positionalArguments().at(0), CatalogueFile(parser), reader,
+                                  checkOnly ? access.writer() : SkipUnchanged(access.writer(), &written, &unchanged));
     if (!store)
         return ExitError;
 
@@ -72,5 +92,11 @@ int RunNormalize(const QStringList &args, const Reader &reader)
     }
     for (const QString &error : access.errors())
         Err() << "product-editor: cannot write " << error << "\n";
+    if (parser.isSet(QStringLiteral("verbose"))) {
+        for (const QString &path : qAsConst(written))
+            Out() << "wrote " << path << "\n";
+    }
+    Out() << "wrote " << written.size() << (written.size() == 1 ? " file, " : " files, ") << unchanged.size()
+          << " unchanged\n";
     return access.errors().isEmpty() ? ExitOk : ExitError;
 }

@@ -6,11 +6,14 @@ QString UsageText()
         "Usage:\n"
         "  product-editor [DIR] [--licenses FILE] [--screenshot FILE [--tab N]]\n"
         "      Open the editor window on DIR (default: the bundled example).\n"
-        "  product-editor check DIR\n"
-        "      Load DIR and print the count of each record kind.\n"
-        "  product-editor normalize DIR [--out OUT] [--check]\n"
-        "      Rewrite DIR (or write OUT) in canonical form; --check only lists\n"
-        "      the files that would change (exit 1 when any would).\n"
+        "  product-editor check DIR [--format text|json|sarif] [--strict]\n"
+        "      Load DIR, print the count of each record kind and warn about what\n"
+        "      loading or saving would quietly change (exit 1 on warnings with\n"
+        "      --strict).\n"
+        "  product-editor normalize DIR [--out OUT] [--check] [--verbose]\n"
+        "      Rewrite DIR (or write OUT) in canonical form, leaving unchanged files\n"
+        "      alone; --check only lists the files that would change (exit 1 when\n"
+        "      any would); --verbose names the files written.\n"
         "  product-editor diff DIR [OTHER] [--format text|json]\n"
         "      Show what regenerating DIR changes, or how DIR and OTHER differ.\n"
         "  product-editor diff DIR --from REV [--to REV] [--format text|json]\n"
@@ -41,8 +44,8 @@ QString UsageText()
         "  --help           show this text\n"
         "  --version        show the version\n"
         "\n"
-        "Exit status: 0 success (no differences, a match), 1 differences or no match,\n"
-        "2 error.\n");
+        "Exit status: 0 success (no differences, a match), 1 differences, no match\n"
+        "or warnings of check --strict, 2 error.\n");
 }
 
 QString VersionText()

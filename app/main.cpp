@@ -1,16 +1,18 @@
 #include "CommandLine.h"
+#include "CommandSuggestion.h"
 #include "Commands.h"
 #include "EditorHost.h"
 #include "EditorOptions.h"
 #include "FileAccess.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 
 namespace {
 
 using Command = int (*)(const QStringList &, const ProductEditor::Reader &);
 
-Command FindCommand(const QString &name)
+const QMap<QString, Command> &CommandTable()
 {
     static const QMap<QString, Command> table = {
         {QStringLiteral("check"), RunCheck},
@@ -23,7 +25,12 @@ Command FindCommand(const QString &name)
         {QStringLiteral("resolve"), RunResolve},
         {QStringLiteral("merge"), RunMergeFolders},
     };
-    return table.value(name, nullptr);
+    return table;
+}
+
+Command FindCommand(const QString &name)
+{
+    return CommandTable().value(name, nullptr);
 }
 
 int Run(int &argc, char **argv)
@@ -41,8 +48,14 @@ int Run(int &argc, char **argv)
     first.parse(QStringList(QStringLiteral("product-editor")) + args);
     const QStringList positional = first.positionalArguments();
     const Command command = positional.isEmpty() ? nullptr : FindCommand(positional.first());
-    if (!command)
+    if (!command) {
+        // A word that names no folder but nearly names a command was a typing slip.
+        const QString word = positional.value(0);
+        const QString nearest = NearestCommand(word, CommandTable().keys());
+        if (!word.isEmpty() && !nearest.isEmpty() && !QFileInfo::exists(word))
+            return UsageError(QStringLiteral("unknown command '%1' - did you mean %2?").arg(word, nearest));
         return RunEditor(args, argc, argv);
+    }
 
     QCoreApplication app(argc, argv);
     args.removeAt(args.size() - positional.size());

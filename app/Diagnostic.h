@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+#include <QVector>
+
+// One finding of `check`: what the loader or a save would quietly do to a value.
+struct Diagnostic
+{
+    enum class Severity { Warning, Error };
+
+    QString code; // "PE001"...; DiagnosticRules lists them
+    Severity severity = Severity::Warning;
+    QString file;
+    int line = 1; // 1-based; a finding about a whole file is at 1:1
+    int column = 1;
+    QString path; // the JSON path in the file, "$" for the whole document
+    QString message;
+};
+
+using Diagnostics = QVector<Diagnostic>;

@@ -1,0 +1,182 @@
+#include "FolderChecker.h"
+
+#include "DocumentShape.h"
+#include "FolderOpener.h"
+#include "LayoutFolderCheck.h"
+#include "LoadMessages.h"
+#include "ReferenceCheck.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <deque>
+
+using namespace ProductEditor;
+
+namespace {
+
+Diagnostic ErrorAt(const QString &file, int line, int column, const QString &message)
+{
+    Diagnostic diagnostic;
+    diagnostic.code = QStringLiteral("PE000");
+    diagnostic.severity = Diagnostic::Severity::Error;
+    diagnostic.file = file;
+    diagnostic.line = qMax(1, line);
+    diagnostic.column = qMax(1, column);
+    diagnostic.path = QStringLiteral("$");
+    diagnostic.message = message;
+    return diagnostic;
+}
+
+// Where a save would first change the file, in the file as it is.
+Diagnostic Rewrite(const QString &file, const QByteArray &old, const QByteArray &now)
+{
+    const int common = qMin(old.size(), now.size());
+    int at = 0;
+    while (at < common && old.at(at) == now.at(at))
+        ++at;
+    const int lineStart = at > 0 ? old.lastIndexOf('\n', at - 1) + 1 : 0;
+    Diagnostic diagnostic;
+    diagnostic.code = QStringLiteral("PE014");
+    diagnostic.file = file;
+    diagnostic.line = old.left(at).count('\n') + 1;
+    diagnostic.column = QString::fromUtf8(old.constData() + lineStart, at - lineStart).size() + 1;
+    diagnostic.path = QStringLiteral("$");
+    diagnostic.message = QStringLiteral("the file is not in canonical form from here on; normalize and every save "
+                                        "rewrite it");
+    return diagnostic;
+}
+
+QString Key(const QString &path)
+{
+    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+}
+
+} // namespace
+
+FolderChecker::FolderChecker(Reader reader, QString catalogueFile)
+    : m_reader(std::move(reader))
+    , m_catalogueFile(std::move(catalogueFile))
+{
+}
+
+Reader FolderChecker::RecordingReader()
+{
+    return [this](const QString &path) {
+        const QByteArray bytes = m_reader ? m_reader(path) : QByteArray();
+        m_reads << path;
+        m_bytes.insert(path, bytes);
+        return bytes;
+    };
+}
+
+CheckResult FolderChecker::Check(const QString &folder)
+{
+    m_reads.clear();
+    m_bytes.clear();
+    CheckResult result;
+    const Reader reader = RecordingReader();
+    FolderOpener opener(reader, m_catalogueFile);
+    const Writer writer = [this](const QString &path, const QByteArray &bytes) { return !m_write || m_write(path, bytes); };
+    auto store = std::make_unique<VantixJsonData>(folder, reader, writer, QMap<QString, QString>());
+    const int folderReads = m_reads.size();
+    store->GetLicenses() = opener.Catalogue(*store);
+    result.messages = opener.Messages();
+    if (const auto &refusal = store->GetLoadReport().refusal) {
+        result.diagnostics << ErrorAt(refusal->file, refusal->line, refusal->column, ProblemDescription(*refusal));
+        return result;
+    }
+    if (!opener.Opened()) {
+        result.diagnostics << CatalogueRefusal(result.messages);
+        return result;
+    }
+    result.diagnostics = CheckDocuments(*store, folderReads) + CheckCanonical(*store);
+    Sort(result.diagnostics);
+    result.store = std::move(store);
+    return result;
+}
+
+Diagnostic FolderChecker::CatalogueRefusal(const QStringList &messages) const
+{
+    LoadProblem problem;
+    ParseJsonFile(m_catalogueFile, m_bytes.value(m_catalogueFile), &problem);
+    // The opener's wording, without the program and the file it names first.
+    const QString lead = QStringLiteral("product-editor: ") + m_catalogueFile + QStringLiteral(": ");
+    QString message = messages.isEmpty() ? QString() : messages.last();
+    if (message.startsWith(lead))
+        message = message.mid(lead.size());
+    return ErrorAt(m_catalogueFile, problem.line, problem.column, message);
+}
+
+Diagnostics FolderChecker::CheckDocuments(VantixJsonData &store, int folderReads) const
+{
+    Diagnostics out;
+    const ScannedDocument products{m_reads.value(0), JsonPositionScanner(m_bytes.value(m_reads.value(0)))};
+    DocumentShape::ProductsDocument().Check(products, products.json.root(), out);
+
+    QStringList skipped;
+    for (const LoadProblem &problem : store.GetLoadReport().skippedLayouts)
+        skipped << problem.file;
+    std::deque<ScannedDocument> layoutDocuments; // addresses stay put
+    QVector<const ScannedDocument *> layouts;
+    for (int i = 1; i < folderReads; ++i) {
+        if (skipped.contains(m_reads.at(i)))
+            continue;
+        layoutDocuments.push_back({m_reads.at(i), JsonPositionScanner(m_bytes.value(m_reads.at(i)))});
+        const ScannedDocument &layout = layoutDocuments.back();
+        layouts << &layout;
+        // A file without "layouts" is never written back, so nothing in it is dropped.
+        if (layout.json.member(layout.json.root(), QLatin1String("layouts")) >= 0)
+            DocumentShape::LayoutDocument().Check(layout, layout.json.root(), out);
+    }
+
+    std::optional<QSet<QString>> catalogue;
+    if (!m_catalogueFile.isEmpty()) {
+        const QStringList names = store.GetLicenses().keys();
+        catalogue = QSet<QString>(names.cbegin(), names.cend());
+    }
+    out += ReferenceCheck(products, layouts, catalogue).Run();
+    out += CheckLayoutFolder(store.GetFolder().filePath(QStringLiteral("layouts")), store.GetLoadReport(), layouts);
+    return out;
+}
+
+Diagnostics FolderChecker::CheckCanonical(VantixJsonData &store)
+{
+    // The save goes to a scratch folder, so nothing in the checked folder is touched
+    // (not even a missing "layouts" folder created); each file it would write is
+    // compared with the bytes that were read from the same place.
+    QTemporaryDir scratch;
+    if (!scratch.isValid())
+        return {};
+    QHash<QString, QString> readPaths;
+    for (const QString &path : qAsConst(m_reads))
+        readPaths.insert(Key(path), path);
+    const QDir root(store.GetFolder().absolutePath());
+    const QDir target(scratch.path());
+    Diagnostics out;
+    m_write = [&](const QString &path, const QByteArray &bytes) {
+        const QString read = readPaths.value(Key(root.filePath(target.relativeFilePath(path))));
+        const QByteArray old = m_bytes.value(read);
+        if (!read.isEmpty() && old != bytes)
+            out << Rewrite(read, old, bytes);
+        return true;
+    };
+    store.SaveAs(scratch.path());
+    m_write = nullptr;
+    return out;
+}
+
+void FolderChecker::Sort(Diagnostics &diagnostics) const
+{
+    QHash<QString, int> order;
+    for (int i = m_reads.size() - 1; i >= 0; --i)
+        order.insert(m_reads.at(i), i);
+    const auto rank = [&order, this](const Diagnostic &diagnostic) {
+        return std::make_tuple(order.value(diagnostic.file, m_reads.size()), diagnostic.file, diagnostic.line,
+                               diagnostic.column);
+    };
+    std::stable_sort(diagnostics.begin(), diagnostics.end(),
+                     [&rank](const Diagnostic &a, const Diagnostic &b) { return rank(a) < rank(b); });
+}

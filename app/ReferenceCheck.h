@@ -1,0 +1,42 @@
+#pragma once
+
+#include "ScannedDocument.h"
+
+#include <QHash>
+#include <QSet>
+#include <QString>
+#include <QVector>
+
+#include <optional>
+
+// The checks that look across entries and files: ids defined twice, and names of
+// features, layouts, extensions and licenses that nothing defines (PE001 to PE008, PE013).
+class ReferenceCheck
+{
+public:
+    // `layouts` in the order the loader read them; `catalogue` only when --licenses gave one.
+    ReferenceCheck(const ScannedDocument &products, const QVector<const ScannedDocument *> &layouts,
+                   std::optional<QSet<QString>> catalogue);
+
+    Diagnostics Run();
+
+private:
+    QHash<QString, int> CollectIds(const char *section, const char *array, const char *code, const QString &what,
+                                   const QString &consequence);
+    void CollectLayouts();
+    void CheckProduct(int product);
+    void CheckCoverage();
+    void CheckLayout(const ScannedDocument &document, int layout);
+    void CheckFeatureNames(const ScannedDocument &document, int array);
+    void CheckAccess(const ScannedDocument &document, int access, const QString &owner);
+    void CheckLicenses(const ScannedDocument &document, int array);
+    void CheckLicense(const ScannedDocument &document, int node);
+
+    const ScannedDocument &m_products;
+    QVector<const ScannedDocument *> m_layouts;
+    std::optional<QSet<QString>> m_catalogue;
+    QHash<QString, int> m_features;   // id -> line of its first entry
+    QHash<QString, int> m_extensions; // id -> line of its first entry
+    QSet<QString> m_layoutNames;
+    Diagnostics m_out;
+};

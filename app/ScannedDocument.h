@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Diagnostic.h"
+
+#include "store/JsonPositionScanner.h"
+
+#include <QString>
+
+// One definition file as the checks see it: its name as the loader read it and the
+// positions of its values.
+struct ScannedDocument
+{
+    QString file;
+    ProductEditor::JsonPositionScanner json;
+
+    // A warning about `node`, placed at its line, column and path.
+    Diagnostic At(int node, const char *code, const QString &message) const;
+    // The value's source text for a message, cut when long.
+    QString ValueText(int node) const;
+};

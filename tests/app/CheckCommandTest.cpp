@@ -1,0 +1,324 @@
+// check on a folder with every kind of problem planted once, its three formats and
+// exit statuses, and the command line's other summaries.
+#include "FileAccess.h"
+#include "FolderChecker.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+const QByteArray kProducts = R"({
+"extensions": {
+"extension": [
+{"id": "stl", "colour": "red"},
+{"id": "stl", "cad_support": "yes"}
+],
+"lic_coveradge": {"import": [{"id": "obj", "lic": ["Imp"]}]}
+},
+"features": {"feature": [
+{"id": "a", "visual": "no"},
+{"id": "a"}
+]},
+"products": {"product": [
+{"id": "p", "features": ["a", "ghost"], "modes": ["main", "nomode"], "licensing": {"base": "Base", "specific": [{"id": "nofeat", "licenses": []}]}, "extensions": {"open": ["nope"]}},
+{"id": "p", "modes": [], "modes": []}
+],
+"extra": 1
+}
+}
+)";
+const QByteArray kLayoutA = R"({"layouts": {"main": {"features": ["ghost2"]}}})";
+const QByteArray kLayoutB = R"({"layouts": {"main": {"features": []}}, "x": 1})";
+const QByteArray kNoLayouts = R"({"other": 1})";
+const QByteArray kBroken = "{\n\"layouts\"";
+
+struct Run
+{
+    int status = -1;
+    QString out;
+    QString err;
+};
+
+Run Program(const QStringList &args)
+{
+    QProcess process;
+    process.start(PE_PROGRAM, args);
+    process.waitForFinished(120000);
+    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+            QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError())};
+}
+
+void Write(const QString &path, const QByteArray &bytes)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+// 1-based column of `token` on line `line` of `bytes` (ASCII lines only).
+int ColumnOf(const QByteArray &bytes, int line, const QByteArray &token)
+{
+    return bytes.split('\n').value(line - 1).indexOf(token) + 1;
+}
+
+// A JSON-schema subset: type, required, properties, items, minItems, minimum, enum.
+bool Conforms(const QJsonValue &value, const QJsonObject &schema, const QString &at, QString *why)
+{
+    static const QMap<QString, QJsonValue::Type> types{{"object", QJsonValue::Object}, {"array", QJsonValue::Array},
+                                                       {"string", QJsonValue::String}, {"integer", QJsonValue::Double}};
+    const auto fail = [&](const QString &reason) {
+        *why = at + ": " + reason;
+        return false;
+    };
+    if (schema.contains("type") && value.type() != types.value(schema["type"].toString()))
+        return fail("not " + schema["type"].toString());
+    if (schema.contains("enum") && !schema["enum"].toArray().contains(value))
+        return fail("not one of the allowed values");
+    if (schema.contains("minimum") && value.toDouble() < schema["minimum"].toDouble())
+        return fail("below the minimum");
+    if (schema.contains("minItems") && value.toArray().size() < schema["minItems"].toInt())
+        return fail("too few items");
+    for (const QJsonValue &name : schema["required"].toArray()) {
+        if (!value.toObject().contains(name.toString()))
+            return fail("missing " + name.toString());
+    }
+    const QJsonObject properties = schema["properties"].toObject();
+    for (auto it = properties.begin(); it != properties.end(); ++it) {
+        if (value.toObject().contains(it.key())
+            && !Conforms(value.toObject()[it.key()], it.value().toObject(), at + "." + it.key(), why))
+            return false;
+    }
+    const QJsonArray items = value.toArray();
+    for (int i = 0; schema.contains("items") && i < items.size(); ++i) {
+        if (!Conforms(items[i], schema["items"].toObject(), at + QString("[%1]").arg(i), why))
+            return false;
+    }
+    return true;
+}
+
+// What SARIF 2.1.0 requires of a log, its tool, rules and results with physical locations.
+const char *const kSarifSchema = R"({
+  "type": "object", "required": ["version", "runs"],
+  "properties": {
+    "version": {"enum": ["2.1.0"]},
+    "runs": {"type": "array", "minItems": 1, "items": {
+      "type": "object", "required": ["tool"],
+      "properties": {
+        "tool": {"type": "object", "required": ["driver"], "properties": {"driver": {
+          "type": "object", "required": ["name"],
+          "properties": {"name": {"type": "string"}, "version": {"type": "string"},
+            "rules": {"type": "array", "items": {"type": "object", "required": ["id"],
+              "properties": {"id": {"type": "string"},
+                "shortDescription": {"type": "object", "required": ["text"]}}}}}}}},
+        "results": {"type": "array", "items": {
+          "type": "object", "required": ["message"],
+          "properties": {
+            "ruleId": {"type": "string"}, "ruleIndex": {"type": "integer", "minimum": 0},
+            "level": {"enum": ["none", "note", "warning", "error"]},
+            "message": {"type": "object", "required": ["text"], "properties": {"text": {"type": "string"}}},
+            "locations": {"type": "array", "items": {"type": "object", "properties": {
+              "physicalLocation": {"type": "object", "required": ["artifactLocation"], "properties": {
+                "artifactLocation": {"type": "object", "required": ["uri"], "properties": {"uri": {"type": "string"}}},
+                "region": {"type": "object", "properties": {
+                  "startLine": {"type": "integer", "minimum": 1},
+                  "startColumn": {"type": "integer", "minimum": 1}}}}}}}}}}}}}}}
+})";
+
+} // namespace
+
+class CheckCommandTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void planted_data();
+    void planted();
+    void nothingElse();
+    void bundledExample();
+    void program_data();
+    void program();
+    void sarifConforms();
+
+private:
+    CheckResult CheckPlanted();
+
+    QTemporaryDir m_dir;
+    QString m_root;
+    QString m_laterLayout; // of a.json and b.json, the one the loader reads last
+};
+
+void CheckCommandTest::initTestCase()
+{
+    m_root = m_dir.filePath("defs");
+    Write(m_root + "/products/products.json", kProducts);
+    Write(m_root + "/layouts/a.json", kLayoutA);
+    Write(m_root + "/layouts/b.json", kLayoutB);
+    Write(m_root + "/layouts/none.json", kNoLayouts);
+    Write(m_root + "/layouts/bad.json", kBroken);
+    QVERIFY(QDir().mkpath(m_root + "/layouts/sub"));
+    Write(m_dir.filePath("lic.json"), R"({"Base": "B"})");
+    // The loader visits the files in listing order, which the file system decides.
+    for (const QFileInfo &file : QDir(m_root + "/layouts").entryInfoList(QDir::Files, QDir::Unsorted)) {
+        if (file.fileName() == "a.json" || file.fileName() == "b.json")
+            m_laterLayout = file.fileName();
+    }
+}
+
+CheckResult CheckCommandTest::CheckPlanted()
+{
+    FolderChecker checker(&FileAccess::ReadFile, m_dir.filePath("lic.json"));
+    return checker.Check(m_root);
+}
+
+void CheckCommandTest::planted_data()
+{
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<int>("line");
+    QTest::addColumn<int>("column");
+    QTest::addColumn<QString>("path");
+
+    const QString P = "products/products.json";
+    const auto row = [&](const char *code, const QString &file, const QByteArray &bytes, int line,
+                         const QByteArray &token, const QString &path) {
+        QTest::addRow("%s %s %s", code, qPrintable(file), qPrintable(path)) << code << file << line << ColumnOf(bytes, line, token) << path;
+    };
+    row("PE001", P, kProducts, 14, "\"ghost\"", "$.products.product[0].features[1]");
+    row("PE001", "layouts/a.json", kLayoutA, 1, "\"ghost2\"", "$.layouts.main.features[0]");
+    row("PE002", P, kProducts, 11, "\"id\"", "$.features.feature[1].id");
+    row("PE003", P, kProducts, 5, "\"id\"", "$.extensions.extension[1].id");
+    row("PE004", P, kProducts, 15, "\"id\"", "$.products.product[1].id");
+    row("PE005", P, kProducts, 14, "\"nomode\"", "$.products.product[0].modes[1]");
+    row("PE006", P, kProducts, 14, "\"id\": \"nofeat\"", "$.products.product[0].licensing.specific[0].id");
+    row("PE007", P, kProducts, 7, "\"id\"", "$.extensions.lic_coveradge.import[0].id");
+    row("PE007", P, kProducts, 14, "\"nope\"", "$.products.product[0].extensions.open[0]");
+    row("PE008", P, kProducts, 7, "\"Imp\"", "$.extensions.lic_coveradge.import[0].lic[0]");
+    row("PE009", P, kProducts, 4, "\"colour\"", "$.extensions.extension[0].colour");
+    row("PE009", P, kProducts, 17, "\"extra\"", "$.products.extra");
+    row("PE009", "layouts/b.json", kLayoutB, 1, "\"x\"", "$.x");
+    row("PE010", P, kProducts, 5, "\"cad_support\"", "$.extensions.extension[1].cad_support");
+    row("PE010", P, kProducts, 10, "\"visual\"", "$.features.feature[0].visual");
+    QTest::newRow("PE011 parse error") << "PE011" << "layouts/bad.json" << 2 << 10 << "$";
+    row("PE011", "layouts/none.json", kNoLayouts, 1, "{", "$");
+    QTest::newRow("PE012") << "PE012" << "layouts/sub" << 1 << 1 << "$";
+    const QByteArray earlier = m_laterLayout == "a.json" ? kLayoutB : kLayoutA;
+    row("PE013", "layouts/" + QString(m_laterLayout == "a.json" ? "b.json" : "a.json"), earlier, 1, "\"main\"",
+        "$.layouts.main");
+    row("PE015", P, kProducts, 15, "\"modes\"", "$.products.product[1].modes");
+    // Where a save first changes each file: the canonical form indents by four spaces.
+    row("PE014", P, kProducts, 2, "\"extensions\"", "$");
+    row("PE014", "layouts/a.json", kLayoutA, 1, "\"layouts\"", "$");
+    row("PE014", "layouts/b.json", kLayoutB, 1, "\"layouts\"", "$");
+}
+
+void CheckCommandTest::planted()
+{
+    QFETCH(QString, code);
+    QFETCH(QString, file);
+    QFETCH(int, line);
+    QFETCH(int, column);
+    QFETCH(QString, path);
+
+    const CheckResult result = CheckPlanted();
+    QVERIFY(result.store);
+    QStringList found;
+    for (const Diagnostic &diagnostic : result.diagnostics) {
+        if (diagnostic.code == code && diagnostic.file == m_root + "/" + file && diagnostic.path == path
+            && diagnostic.line == line) {
+            QCOMPARE(diagnostic.column, column);
+            QCOMPARE(diagnostic.severity, Diagnostic::Severity::Warning);
+            QVERIFY(!diagnostic.message.isEmpty());
+            return;
+        }
+        found << QString("%1 %2:%3:%4 %5").arg(diagnostic.code, diagnostic.file).arg(diagnostic.line).arg(diagnostic.column).arg(diagnostic.path);
+    }
+    QFAIL(qPrintable("not found among:\n" + found.join('\n')));
+}
+
+// Every diagnostic is one of the planted ones.
+void CheckCommandTest::nothingElse()
+{
+    QCOMPARE(CheckPlanted().diagnostics.size(), 23);
+}
+
+void CheckCommandTest::bundledExample()
+{
+    FolderChecker checker(&FileAccess::ReadFile, QString());
+    const CheckResult result = checker.Check(PE_SOURCE_DIR "/examples/definitions");
+    QVERIFY(result.store);
+    QCOMPARE(result.diagnostics.size(), 0);
+}
+
+void CheckCommandTest::program_data()
+{
+    QTest::addColumn<QStringList>("args"); // TMP: the temporary folder
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("text"); // found in stdout
+
+    const QString defs = "TMP/defs";
+    const QString example = PE_SOURCE_DIR "/examples/definitions";
+    QTest::newRow("clean") << QStringList{"check", example, "--strict"} << 0 << "licenses: 10\n0 warnings, 0 errors\n";
+    QTest::newRow("warnings") << QStringList{"check", defs} << 0
+                              << "TMP/defs/products/products.json:4:15: warning: \"colour\": \"red\" is not a key the "
+                                 "editor knows; saving drops it [PE009]\n";
+    QTest::newRow("summary") << QStringList{"check", defs} << 0 << "\n22 warnings, 0 errors\n";
+    QTest::newRow("strict") << QStringList{"check", defs, "--strict"} << 1 << "22 warnings";
+    QTest::newRow("json") << QStringList{"check", defs, "--format", "json"} << 0
+                          << "\"path\": \"$.products.product[0].features[1]\",\n            \"severity\": \"warning\"";
+    QTest::newRow("refused") << QStringList{"check", "TMP/no", "--format", "json"} << 2
+                             << "\"code\": \"PE000\",\n            \"column\": 1,\n            \"file\": \"TMP/no\"";
+    QTest::newRow("bad JSON") << QStringList{"check", "TMP/bad"} << 2
+                              << "TMP/bad/products/products.json:2:4: error: not valid JSON: unterminated string at offset 5 ";
+    QTest::newRow("bad format") << QStringList{"check", defs, "--format", "xml"} << 2 << "";
+    QTest::newRow("did you mean") << QStringList{"chek", defs} << 2 << "";
+    QTest::newRow("normalize") << QStringList{"normalize", defs, "--out", "TMP/out", "--verbose"} << 0
+                               << "wrote TMP/out/products/products.json\n";
+    QTest::newRow("diff summary") << QStringList{"diff", defs} << 1 << "\n# summary: Products: ";
+}
+
+void CheckCommandTest::program()
+{
+    QFETCH(QStringList, args);
+    QFETCH(int, status);
+    QFETCH(QString, text);
+
+    Write(m_dir.filePath("bad/products/products.json"), "{\n\"a\"");
+    const Run run = Program(args.replaceInStrings("TMP", m_dir.path()));
+    QVERIFY2(run.out.contains(text.replace("TMP", m_dir.path())), qPrintable(run.out + run.err));
+    QCOMPARE(run.status, status);
+    if (QString(QTest::currentDataTag()) == "did you mean")
+        QVERIFY(run.err.startsWith("product-editor: unknown command 'chek' - did you mean check?\n"));
+    if (QString(QTest::currentDataTag()) == "normalize") {
+        QVERIFY(run.out.endsWith("wrote 3 files, 0 unchanged\n"));
+        QCOMPARE(Program({"normalize", m_dir.filePath("out")}).out, QString("wrote 0 files, 3 unchanged\n"));
+    }
+}
+
+void CheckCommandTest::sarifConforms()
+{
+    const Run run = Program({"check", m_root, "--format", "sarif"});
+    QJsonParseError error;
+    const QJsonDocument log = QJsonDocument::fromJson(run.out.toUtf8(), &error);
+    QCOMPARE(error.error, QJsonParseError::NoError);
+    QString why;
+    QVERIFY2(Conforms(log.object(), QJsonDocument::fromJson(kSarifSchema).object(), "$", &why), qPrintable(why));
+    const QJsonObject runObject = log["runs"][0].toObject();
+    QCOMPARE(runObject["results"].toArray().size(), 22);
+    const QJsonObject first = runObject["results"][0].toObject();
+    const QJsonArray rules = runObject["tool"]["driver"]["rules"].toArray();
+    QCOMPARE(rules[first["ruleIndex"].toInt()]["id"], first["ruleId"]);
+    QCOMPARE(first["locations"][0]["physicalLocation"]["artifactLocation"]["uri"].toString(),
+             QUrl::fromLocalFile(m_root + "/products/products.json").toString());
+}
+
+QTEST_MAIN(CheckCommandTest)
+#include "CheckCommandTest.moc"
