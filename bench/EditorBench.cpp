@@ -205,6 +205,28 @@ void UndoStepUndoRedo(benchmark::State &state)
     }
 }
 
+// Update over 100,000 features, with every diff tree expanded as the page shows it.
+void LargeUpdate(benchmark::State &state)
+{
+    QMainWindow *window = TheLargeFixture().editor.get();
+    auto *update = window->findChild<QPushButton *>(QStringLiteral("mp_btn_update"));
+    for (auto _ : state) {
+        update->click();
+        QApplication::processEvents();
+    }
+}
+
+// Moving to the next difference of that large diff: selecting, scrolling, the details text.
+void LargeNextDifference(benchmark::State &state)
+{
+    QMainWindow *window = TheLargeFixture().editor.get();
+    auto *next = window->findChild<QPushButton *>(QStringLiteral("mp_btn_next_difference"));
+    for (auto _ : state) {
+        next->click();
+        QApplication::processEvents();
+    }
+}
+
 void PrintRow(const BestTimeReporter &reporter, const char *what, const char *measured, const char *floor,
               double target)
 {
@@ -224,6 +246,8 @@ BENCHMARK(ScanFeatures)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(SearchKeystroke)->Unit(benchmark::kMillisecond)->Iterations(20)->UseRealTime();
 BENCHMARK(UndoStepEdit)->Unit(benchmark::kMillisecond)->Iterations(10)->UseRealTime();
 BENCHMARK(UndoStepUndoRedo)->Unit(benchmark::kMillisecond)->Iterations(10)->UseRealTime();
+BENCHMARK(LargeUpdate)->Unit(benchmark::kMillisecond)->Iterations(2)->UseRealTime();
+BENCHMARK(LargeNextDifference)->Unit(benchmark::kMillisecond)->Iterations(20)->UseRealTime();
 
 int main(int argc, char **argv)
 {
@@ -245,6 +269,10 @@ int main(int argc, char **argv)
                 reporter.seconds("UndoStepEdit") * 1e3, 100.0);
     std::printf("%-28s %10.1f ms %10.1f ms  (100,000 features)\n", "undo or redo one step",
                 reporter.seconds("UndoStepUndoRedo") * 1e3, 100.0);
+    std::printf("%-28s %10.1f ms %10.1f ms  (100,000 features)\n", "Update, trees expanded",
+                reporter.seconds("LargeUpdate") * 1e3, 2000.0);
+    std::printf("%-28s %10.1f ms %10.1f ms  (100,000 features)\n", "next difference and details",
+                reporter.seconds("LargeNextDifference") * 1e3, 50.0);
     TheFixture().editor.reset();
     TheLargeFixture().editor.reset();
     return 0;
