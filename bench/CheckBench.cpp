@@ -3,6 +3,7 @@
 // save, each over the store's Load of the same bytes. A table of ratios is printed after the runs.
 
 #include "BestTimeReporter.h"
+#include "FixtureCache.h"
 #include "SyntheticFolder.h"
 
 #include "FolderChecker.h"
@@ -36,18 +37,9 @@ struct Fixture
     MemoryDefinitionFolder memory;
 };
 
-Fixture &FixtureFor(int features)
-{
-    static std::map<int, std::unique_ptr<Fixture>> fixtures;
-    std::unique_ptr<Fixture> &fixture = fixtures[features];
-    if (!fixture)
-        fixture = std::make_unique<Fixture>(features);
-    return *fixture;
-}
-
 void Load(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     for (auto _ : state) {
         auto store = std::make_unique<VantixJsonData>(fixture.memory.root(), fixture.memory.reader(),
                                                       fixture.memory.writer(), QMap<QString, QString>());
@@ -60,7 +52,7 @@ void Load(benchmark::State &state)
 
 void Scan(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     for (auto _ : state) {
         JsonPositionScanner products(fixture.folder.productsJson);
         for (const QByteArray &layout : fixture.folder.layoutFiles) {
@@ -74,7 +66,7 @@ void Scan(benchmark::State &state)
 // The canonical-form comparison inside Check costs one save of the loaded store.
 void SaveAs(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     VantixJsonData store(fixture.memory.root(), fixture.memory.reader(), fixture.memory.writer(),
                          QMap<QString, QString>());
     QTemporaryDir target;
@@ -84,7 +76,7 @@ void SaveAs(benchmark::State &state)
 
 void Check(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     int diagnostics = 0;
     for (auto _ : state) {
         FolderChecker checker(fixture.memory.reader(), QString());

@@ -5,6 +5,7 @@
 
 #include "QuadraticDiff.h"
 #include "BestTimeReporter.h"
+#include "FixtureCache.h"
 #include "SyntheticFolder.h"
 
 #include "json/QJsonDiffTreeItem.h"
@@ -66,18 +67,9 @@ struct Fixture
     int nodes = 0;
 };
 
-Fixture &FixtureFor(int features)
-{
-    static std::map<int, std::unique_ptr<Fixture>> fixtures;
-    std::unique_ptr<Fixture> &fixture = fixtures[features];
-    if (!fixture)
-        fixture = std::make_unique<Fixture>(features);
-    return *fixture;
-}
-
 void ParseBoth(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     for (auto _ : state) {
         QJsonDocument left = QJsonDocument::fromJson(fixture.leftBytes);
         QJsonDocument right = QJsonDocument::fromJson(fixture.rightBytes);
@@ -94,7 +86,7 @@ void ParseBoth(benchmark::State &state)
 // The previous tree is deleted inside Regenerate, as in the editor.
 void Regenerate(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     VantixFeaturesDiffModel model;
     for (auto _ : state) {
         const bool different = model.Regenerate(fixture.left, fixture.right);
@@ -105,7 +97,7 @@ void Regenerate(benchmark::State &state)
 
 void RegenerateQuadratic(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     std::unique_ptr<QJsonDiffTreeItem> root;
     for (auto _ : state) {
         root = std::make_unique<QJsonDiffTreeItem>(nullptr);
@@ -120,7 +112,7 @@ void RegenerateQuadratic(benchmark::State &state)
 
 void ApplyPatch(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     for (auto _ : state) {
         QJsonObject target = fixture.left;
         fixture.model.ApplyPatch(target);
@@ -141,7 +133,7 @@ void PrintSummary(const BestTimeReporter &times)
         if (std::isnan(parse) && std::isnan(regenerate))
             continue;
         std::printf("| %d | %d | %.2f | %.2f | %.2fx | %.1f | %.0fx | %.2f | %.2fx |\n", scale,
-                    FixtureFor(scale).nodes, parse * 1e3, regenerate * 1e3, regenerate / parse, quadratic * 1e3,
+                    FixtureFor<Fixture>(scale).nodes, parse * 1e3, regenerate * 1e3, regenerate / parse, quadratic * 1e3,
                     quadratic / regenerate, patch * 1e3, patch / parse);
     }
     std::printf("\n| operation | time x per tenfold, 2k -> 20k | time x per tenfold, 20k -> 100k |\n");

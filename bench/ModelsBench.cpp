@@ -4,6 +4,7 @@
 // size is printed.
 
 #include "BestTimeReporter.h"
+#include "FixtureCache.h"
 #include "SyntheticFolder.h"
 
 #include "models/ExtensionsLicenseModel.h"
@@ -70,20 +71,11 @@ struct Fixture
     FeaturesModel featuresModel;
 };
 
-Fixture &FixtureFor(int features)
-{
-    static std::map<int, std::unique_ptr<Fixture>> fixtures;
-    std::unique_ptr<Fixture> &fixture = fixtures[features];
-    if (!fixture)
-        fixture = std::make_unique<Fixture>(features);
-    return *fixture;
-}
-
 // --- quick search
 
 void QuickSearch(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     FilterFeatureModel filter;
     filter.setSourceModel(&fixture.featuresModel);
     int keystroke = 0;
@@ -95,7 +87,7 @@ void QuickSearch(benchmark::State &state)
 
 void QuickSearchFloor(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     const QMap<QString, VantixFeatureData> &features = fixture.store.GetFeatures();
     int keystroke = 0;
     for (auto _ : state) {
@@ -113,7 +105,7 @@ void QuickSearchFloor(benchmark::State &state)
 
 void ReadAllCells(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     const FeaturesModel &model = fixture.featuresModel;
     for (auto _ : state) {
         const int rows = model.rowCount();
@@ -130,7 +122,7 @@ void ReadAllCells(benchmark::State &state)
 // The same without the licence column, whose union runs over every product.
 void ReadCellsButLicences(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     const FeaturesModel &model = fixture.featuresModel;
     for (auto _ : state) {
         const int rows = model.rowCount();
@@ -145,7 +137,7 @@ void ReadCellsButLicences(benchmark::State &state)
 
 void ReadAllCellsFloor(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     const QMap<QString, VantixFeatureData> &features = fixture.store.GetFeatures();
     const QVector<ProductData> &products = fixture.store.GetProducts().products;
     const auto join = [](const QSet<QString> &set) {
@@ -209,7 +201,7 @@ FeatureQuery QueryOf(int kind)
 
 void ApplyQuery(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     QueryFilterFeatureModel filter;
     filter.setSourceModel(&fixture.featuresModel);
     const FeatureQuery query = QueryOf(int(state.range(1)));
@@ -224,7 +216,7 @@ void ApplyQuery(benchmark::State &state)
 
 void SortProductLicenses(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     LicensesModel licenses(fixture.store);
     ProductLicensesModel productLicenses(fixture.store);
     productLicenses.setSourceModel(&licenses);
@@ -243,7 +235,7 @@ void SortProductLicenses(benchmark::State &state)
 
 void SortExtensionLicenses(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     ExtensionsLicenseModel licenses(fixture.store);
     ExtensionsLicenseProxyModel proxy;
     proxy.setSourceModel(&licenses);
@@ -259,7 +251,7 @@ void SortExtensionLicenses(benchmark::State &state)
 // The same order from keys read straight from the records.
 void SortFloor(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     const QMap<QString, QString> &catalogue = fixture.store.GetLicenses();
     const ExtensionInfo &info = fixture.store.GetExtensions().first();
     for (auto _ : state) {

@@ -3,6 +3,7 @@
 // After the runs a table of ratios and the peak-memory figures are printed.
 
 #include "BestTimeReporter.h"
+#include "FixtureCache.h"
 #include "SyntheticFolder.h"
 
 #include "store/VantixJsonData.h"
@@ -88,18 +89,9 @@ struct Fixture
     QTemporaryDir target;
 };
 
-Fixture &FixtureFor(int features)
-{
-    static std::map<int, std::unique_ptr<Fixture>> fixtures;
-    std::unique_ptr<Fixture> &fixture = fixtures[features];
-    if (!fixture)
-        fixture = std::make_unique<Fixture>(features);
-    return *fixture;
-}
-
 void Parse(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     for (auto _ : state) {
         QVector<QJsonObject> objects = ParseAll(fixture.files);
         benchmark::DoNotOptimize(objects.data());
@@ -112,7 +104,7 @@ void Parse(benchmark::State &state)
 
 void Load(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     for (auto _ : state) {
         auto store = std::make_unique<VantixJsonData>(fixture.memory.root(), fixture.memory.reader(),
                                                       fixture.memory.writer(), QMap<QString, QString>());
@@ -128,7 +120,7 @@ void Load(benchmark::State &state)
 
 void ToJson(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     for (auto _ : state) {
         for (const QJsonObject &object : fixture.parsed) {
             const QByteArray text = QJsonDocument(object).toJson(QJsonDocument::Indented);
@@ -140,7 +132,7 @@ void ToJson(benchmark::State &state)
 
 void UpdateResultJsons(benchmark::State &state)
 {
-    VantixJsonData &store = FixtureFor(int(state.range(0))).loadedStore();
+    VantixJsonData &store = FixtureFor<Fixture>(int(state.range(0))).loadedStore();
     for (auto _ : state) {
         store.UpdateResultJsons();
         benchmark::DoNotOptimize(store.GetProductsResultJson());
@@ -150,7 +142,7 @@ void UpdateResultJsons(benchmark::State &state)
 // SaveAs regenerates and serialises every document; the memory writer keeps the bytes.
 void SaveAs(benchmark::State &state)
 {
-    Fixture &fixture = FixtureFor(int(state.range(0)));
+    Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     VantixJsonData &store = fixture.loadedStore();
     for (auto _ : state) {
         if (!store.SaveAs(fixture.target.path()))
