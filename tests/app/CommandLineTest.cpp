@@ -114,6 +114,10 @@ void CommandLineTest::run_data()
                                   << "=== p / p: no differences\n";
     QTest::newRow("unknown product") << none << QStringList{"compare-products", defs, "p", "nope"} << 2
                                      << "product-editor: compare-products: no product with id 'nope' in TMP/defs\n";
+    QTest::newRow("query, whole product name and license") << none
+        << QStringList{"query", defs, "--products", "\"P\"", "--licenses", "S"} << 0 << "a\n";
+    QTest::newRow("query, any title") << none << QStringList{"query", defs, "--title", "*"} << 0 << "b\n";
+    QTest::newRow("query, no match") << none << QStringList{"query", defs, "--products", "\"px\""} << 1 << "";
     // A refused folder is worded alike by every command.
     const QString broken = "product-editor: TMP/bad/products/products.json: not valid JSON: unterminated object at "
                            "offset 15 (line 1, column 16)\n";
