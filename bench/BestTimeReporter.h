@@ -56,3 +56,15 @@ inline double PerTenfold(double small, double large, int smallScale, int largeSc
 {
     return std::pow(10.0, std::log(large / small) / std::log(double(largeScale) / smallScale));
 }
+
+// Reads the benchmark flags and runs every registered benchmark into `reporter`; false
+// when the command line holds a flag the benchmark library does not know.
+inline bool RunBenchmarks(int &argc, char **argv, BestTimeReporter &reporter)
+{
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return false;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+    return true;
+}

@@ -115,12 +115,9 @@ int main(int argc, char **argv)
         for (const auto &operation : operations)
             benchmark::RegisterBenchmark(operation.first, operation.second)->Arg(scale)->Unit(benchmark::kMillisecond);
     }
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
     BestTimeReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
+    if (!RunBenchmarks(argc, argv, reporter))
+        return 1;
     PrintSummary(reporter);
     return 0;
 }

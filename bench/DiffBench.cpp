@@ -162,12 +162,9 @@ int main(int argc, char **argv)
             ->Unit(benchmark::kMillisecond);
     }
 
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
     BestTimeReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
+    if (!RunBenchmarks(argc, argv, reporter))
+        return 1;
     PrintSummary(reporter);
     return 0;
 }

@@ -254,11 +254,9 @@ int main(int argc, char **argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
     BestTimeReporter reporter(BestTimeReporter::Clock::Wall);
-    benchmark::RunSpecifiedBenchmarks(&reporter);
+    if (!RunBenchmarks(argc, argv, reporter))
+        return 1;
 
     std::printf("\nEditor window, %d features (best wall-clock time per run)\n", kFeatures);
     std::printf("%-28s %13s %13s %8s %13s %s\n", "operation", "time", "target", "ratio", "floor", "floor is");

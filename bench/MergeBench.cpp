@@ -118,12 +118,9 @@ int main(int argc, char **argv)
                               std::make_pair("MergeValues", &MergeValues), std::make_pair("WriteOne", &WriteOne)})
         benchmark::RegisterBenchmark(entry.first, entry.second)->Unit(benchmark::kMillisecond);
 
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
     BestTimeReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
+    if (!RunBenchmarks(argc, argv, reporter))
+        return 1;
     const double parse = reporter.seconds("ParseThree");
     const double canonical = reporter.seconds("MergeDocuments", "0");
     const double any = reporter.seconds("MergeDocuments", "1");

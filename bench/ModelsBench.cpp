@@ -331,12 +331,9 @@ int main(int argc, char **argv)
         benchmark::RegisterBenchmark("SortProductLicenses", SortProductLicenses)->Arg(scale)->Unit(benchmark::kMillisecond);
         benchmark::RegisterBenchmark("SortExtensionLicenses", SortExtensionLicenses)->Arg(scale)->Unit(benchmark::kMillisecond);
     }
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
     BestTimeReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
+    if (!RunBenchmarks(argc, argv, reporter))
+        return 1;
     PrintSummary(reporter);
     return 0;
 }

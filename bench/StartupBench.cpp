@@ -83,11 +83,9 @@ int main(int argc, char **argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
     BestTimeReporter reporter(BestTimeReporter::Clock::Wall);
-    benchmark::RunSpecifiedBenchmarks(&reporter);
+    if (!RunBenchmarks(argc, argv, reporter))
+        return 1;
 
     std::printf("\nStartup: files on disk to the shown window (best wall-clock time per run)\n");
     std::printf("%-10s %12s %12s %8s %8s\n", "features", "window", "parse", "ratio", "target");
