@@ -46,6 +46,13 @@ QString IdOf(const JsonPositionScanner &json, int entry)
     return json.string(json.member(entry, QLatin1String("id")));
 }
 
+// Where a finding about an entry is placed: at its "id", or at the entry without one.
+int IdPlace(const JsonPositionScanner &json, int entry)
+{
+    const int idNode = json.member(entry, QLatin1String("id"));
+    return idNode >= 0 ? idNode : entry;
+}
+
 } // namespace
 
 ReferenceCheck::ReferenceCheck(const ScannedDocument &products, const QVector<const ScannedDocument *> &layouts,
@@ -86,8 +93,7 @@ QHash<QString, int> ReferenceCheck::CollectIds(const char *section, const char *
     QHash<QString, int> lines;
     ForEachObject(json, Find(json, json.root(), {section, array}), [&](int entry) {
         const QString id = IdOf(json, entry);
-        const int idNode = json.member(entry, QLatin1String("id"));
-        const int at = idNode >= 0 ? idNode : entry;
+        const int at = IdPlace(json, entry);
         const auto first = lines.constFind(id);
         if (first == lines.cend()) {
             lines.insert(id, json.line(at));
@@ -142,8 +148,7 @@ void ReferenceCheck::CheckProduct(int product)
     ForEachObject(json, json.member(licensing, QLatin1String("specific")), [&](int entry) {
         const QString feature = IdOf(json, entry);
         if (!m_features.contains(feature)) {
-            const int idNode = json.member(entry, QLatin1String("id"));
-            m_out << m_products.At(idNode >= 0 ? idNode : entry, "PE006",
+            m_out << m_products.At(IdPlace(json, entry), "PE006",
                                    QStringLiteral("licensing of product \"%1\" names feature \"%2\", which no "
                                                   "\"feature\" entry defines; the licenses are kept for no feature")
                                        .arg(id, feature));
@@ -161,8 +166,7 @@ void ReferenceCheck::CheckCoverage()
         ForEachObject(json, json.member(coverage, QLatin1String(role)), [&](int entry) {
             const QString id = IdOf(json, entry);
             if (!m_extensions.contains(id)) {
-                const int idNode = json.member(entry, QLatin1String("id"));
-                m_out << m_products.At(idNode >= 0 ? idNode : entry, "PE007",
+                m_out << m_products.At(IdPlace(json, entry), "PE007",
                                        QStringLiteral("%1 coverage names extension \"%2\", which no \"extension\" "
                                                       "entry defines; loading creates an empty extension")
                                            .arg(QLatin1String(role), id));

@@ -186,3 +186,20 @@ struct EditorUnderTest
     MemoryFolder folder;
     std::unique_ptr<QMainWindow> window;
 };
+
+// What every window test holds: the window over a fresh folder and the queue of dialog
+// answers, made anew for each test function; every queued answer must have been used.
+struct EditorTestState
+{
+    std::unique_ptr<DialogAnswers> answers;
+    std::unique_ptr<EditorUnderTest> editor;
+
+    void start(bool withLayouts = true)
+    {
+        answers.reset();
+        editor = std::make_unique<EditorUnderTest>(withLayouts);
+        answers = std::make_unique<DialogAnswers>();
+    }
+    QAbstractItemView *view(const char *name) const { return editor->find<QAbstractItemView>(name); }
+    QModelIndex cell(const char *name, int row, int column) const { return editor->model(name)->index(row, column); }
+};

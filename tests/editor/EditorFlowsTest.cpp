@@ -16,15 +16,10 @@ const QStringList Busy = {"busy: Building Products diff ...", "busy: Building ex
                           "busy: Building main diff ..."};
 } // namespace
 
-class EditorFlowsTest : public QObject
+class EditorFlowsTest : public QObject, EditorTestState
 {
     Q_OBJECT
 
-    std::unique_ptr<DialogAnswers> answers;
-    std::unique_ptr<EditorUnderTest> editor;
-
-    QAbstractItemView *view(const char *name) const { return editor->find<QAbstractItemView>(name); }
-    QModelIndex cell(const char *name, int row, int column) const { return editor->model(name)->index(row, column); }
     void clickCell(const char *name, int row, int column) { emit view(name)->clicked(cell(name, row, column)); }
     void select(const char *name, int row, int column = 0) { view(name)->setCurrentIndex(cell(name, row, column)); }
     void setTitle(int row, const QString &title)
@@ -33,12 +28,7 @@ class EditorFlowsTest : public QObject
     }
 
 private slots:
-    void init()
-    {
-        answers.reset();
-        editor = std::make_unique<EditorUnderTest>(qstrcmp(QTest::currentTestFunction(), "updateWithoutLayouts"));
-        answers = std::make_unique<DialogAnswers>();
-    }
+    void init() { start(qstrcmp(QTest::currentTestFunction(), "updateWithoutLayouts")); }
     void cleanup() { QCOMPARE(answers->Pending(), 0); }
 
     void featuresPageFollowsSelectionAndSearch()

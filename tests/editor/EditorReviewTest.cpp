@@ -5,15 +5,10 @@
 #include <QTreeView>
 
 // The review aids of the Changes page: counts, details, stepping and taking a side.
-class EditorReviewTest : public QObject
+class EditorReviewTest : public QObject, EditorTestState
 {
     Q_OBJECT
 
-    std::unique_ptr<DialogAnswers> answers;
-    std::unique_ptr<EditorUnderTest> editor;
-
-    QAbstractItemView *view(const char *name) const { return editor->find<QAbstractItemView>(name); }
-    QModelIndex cell(const char *name, int row, int column) const { return editor->model(name)->index(row, column); }
     QString summary() const { return editor->find<QLabel>("mp_lbl_diff_summary")->text(); }
     QString details() const { return editor->find<QPlainTextEdit>("mp_edt_diff_details")->toPlainText(); }
     QTreeView *tree() const { return editor->find<QTreeView>("mp_tree_diff"); }
@@ -37,12 +32,7 @@ class EditorReviewTest : public QObject
     }
 
 private slots:
-    void init()
-    {
-        answers.reset();
-        editor = std::make_unique<EditorUnderTest>();
-        answers = std::make_unique<DialogAnswers>();
-    }
+    void init() { start(); }
     void cleanup() { QCOMPARE(answers->Pending(), 0); }
 
     void countsAndSteps()

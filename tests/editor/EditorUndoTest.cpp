@@ -4,15 +4,10 @@
 
 // Every change is one step on the Edit menu's stack; undoing it gives back the very
 // bytes a save wrote before it.
-class EditorUndoTest : public QObject
+class EditorUndoTest : public QObject, EditorTestState
 {
     Q_OBJECT
 
-    std::unique_ptr<DialogAnswers> answers;
-    std::unique_ptr<EditorUnderTest> editor;
-
-    QAbstractItemView *view(const char *name) const { return editor->find<QAbstractItemView>(name); }
-    QModelIndex cell(const char *name, int row, int column) const { return editor->model(name)->index(row, column); }
     QHash<QString, QByteArray> save()
     {
         editor->folder.written.clear();
@@ -21,12 +16,7 @@ class EditorUndoTest : public QObject
     }
 
 private slots:
-    void init()
-    {
-        answers.reset();
-        editor = std::make_unique<EditorUnderTest>();
-        answers = std::make_unique<DialogAnswers>();
-    }
+    void init() { start(); }
     void cleanup() { QCOMPARE(answers->Pending(), 0); }
 
     void undoRedo_data()
