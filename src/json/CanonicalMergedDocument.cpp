@@ -1,6 +1,8 @@
 #include "json/CanonicalMergedDocument.h"
 
+#include "json/KeyedArrays.h"
 #include "store/CanonicalDocument.h"
+#include "store/DefinitionKeys.h"
 
 #include <QHash>
 #include <QJsonArray>
@@ -11,75 +13,61 @@ namespace ProductEditor {
 
 namespace {
 
-const QString kId = QStringLiteral("id");
+using namespace KeyedArrays;
 
-// The arrays whose entries regenerate one by one; all but the products are in id order.
-const QVector<QStringList> &KeyedArrays()
-{
-    static const QVector<QStringList> paths{
-        {QStringLiteral("features"), QStringLiteral("feature")},
-        {QStringLiteral("extensions"), QStringLiteral("extension")},
-        {QStringLiteral("extensions"), QStringLiteral("lic_coveradge"), QStringLiteral("export")},
-        {QStringLiteral("extensions"), QStringLiteral("lic_coveradge"), QStringLiteral("import")},
-        {QStringLiteral("products"), QStringLiteral("product")}};
-    return paths;
-}
-
-bool IsProducts(const QStringList &path)
-{
-    return path.last() == QLatin1String("product");
-}
-
-QJsonValue At(const QJsonObject &document, const QStringList &path)
-{
-    QJsonValue value(document);
-    for (const QString &key : path)
-        value = value.toObject().value(key);
-    return value;
-}
-
-QJsonObject WithAt(const QJsonObject &object, const QStringList &path, int depth, const QJsonValue &value)
-{
-    QJsonObject copy = object;
-    const QString &key = path.at(depth);
-    copy.insert(key, depth + 1 == path.size() ? value : WithAt(object.value(key).toObject(), path, depth + 1, value));
-    return copy;
-}
-
-QString IdOf(const QJsonValue &entry)
-{
-    return entry.toObject().value(kId).toString();
-}
-
-// One keyed array of the merge: which entries are as ours has them.
+// One keyed array of the merge: which entries are as ours has them. Each entry's id
+// is read once; the few changed entries are the only ones looked at again.
 struct KeyedArray
 {
     QJsonArray merged;
+    QVector<QString> ids;    // per merged entry
     QVector<bool> unchanged; // per merged entry
-    QSet<QString> mergedIds;
+    QHash<QString, int> ours; // id -> position in ours, -1 for a repeated id
+    QVector<bool> claimed;   // per ours entry: a merged entry with its id was seen
+    QVector<bool> kept;      // per ours entry: the first such merged entry is unchanged
     QSet<QString> changedIds;
 
     KeyedArray(const QJsonArray &mergedEntries, const QJsonArray &oursEntries)
         : merged(mergedEntries)
+        , claimed(oursEntries.size(), false)
+        , kept(oursEntries.size(), false)
     {
-        QHash<QString, int> ours;
+        ours.reserve(oursEntries.size());
         for (int i = 0; i < oursEntries.size(); ++i) {
-            const QJsonValue id = oursEntries.at(i).toObject().value(kId);
+            const QJsonValue id = oursEntries.at(i).toObject().value(Keys::kId);
             // A repeated or non-string id is never taken as unchanged.
-            if (id.isString())
-                ours.insert(id.toString(), ours.contains(id.toString()) ? -1 : i);
+            if (id.isString()) {
+                auto slot = ours.find(id.toString());
+                if (slot == ours.end())
+                    ours.insert(id.toString(), i);
+                else
+                    slot.value() = -1;
+            }
         }
-        QHash<QString, int> seen;
+        ids.reserve(merged.size());
         unchanged.reserve(merged.size());
         for (const QJsonValue entry : merged) {
-            const QJsonValue id = entry.toObject().value(kId);
-            const int position = id.isString() ? ours.value(id.toString(), -1) : -1;
-            const bool same = position >= 0 && ++seen[id.toString()] == 1 && oursEntries.at(position) == entry;
+            const QJsonValue id = entry.toObject().value(Keys::kId);
+            ids.append(id.toString());
+            const int position = id.isString() ? ours.value(ids.last(), -1) : -1;
+            // Only the first merged entry with an id may stand for ours' entry.
+            const bool first = position >= 0 && !claimed.at(position);
+            const bool same = first && oursEntries.at(position) == entry;
+            if (first)
+                claimed[position] = true;
             unchanged.append(same);
-            mergedIds.insert(IdOf(entry));
-            if (!same)
-                changedIds.insert(IdOf(entry));
+            if (same)
+                kept[position] = true;
+            else
+                changedIds.insert(ids.last());
         }
+    }
+
+    // Whether an unchanged merged entry has the id.
+    bool KeptId(const QString &id) const
+    {
+        const int position = ours.value(id, -1);
+        return position >= 0 && kept.at(position);
     }
 
     QJsonArray Changed() const
@@ -112,7 +100,7 @@ struct KeyedArray
         QJsonArray fresh;
         for (const QJsonValue entry : regenerated) {
             const QString id = IdOf(entry);
-            if (changedIds.contains(id) || !mergedIds.contains(id))
+            if (changedIds.contains(id) || !KeptId(id))
                 fresh.append(entry);
         }
         QJsonArray spliced;
@@ -120,8 +108,7 @@ struct KeyedArray
         for (int i = 0; i < merged.size(); ++i) {
             if (!unchanged.at(i))
                 continue;
-            const QString id = IdOf(merged.at(i));
-            for (; f < fresh.size() && IdOf(fresh.at(f)) < id; ++f)
+            for (; f < fresh.size() && IdOf(fresh.at(f)) < ids.at(i); ++f)
                 spliced.append(fresh.at(f));
             spliced.append(merged.at(i));
         }
@@ -139,17 +126,17 @@ QJsonObject CanonicalMergedDocument(const QJsonObject &merged, const QJsonObject
         return CanonicalDocument::CanonicalObject(merged);
     QVector<KeyedArray> arrays;
     QJsonObject reduced = merged;
-    for (const QStringList &path : KeyedArrays()) {
-        arrays.append(KeyedArray(At(merged, path).toArray(), At(ours, path).toArray()));
-        reduced = WithAt(reduced, path, 0, arrays.last().Changed());
+    for (const QStringList &path : Paths()) {
+        arrays.append(KeyedArray(ValueAt(merged, path).toArray(), ValueAt(ours, path).toArray()));
+        reduced = WithValueAt(reduced, path, arrays.last().Changed());
     }
     QJsonObject canonical = CanonicalDocument::CanonicalObject(reduced);
     for (int i = 0; i < arrays.size(); ++i) {
-        const QStringList &path = KeyedArrays().at(i);
-        const QJsonArray regenerated = At(canonical, path).toArray();
-        canonical = WithAt(canonical, path, 0,
-                           IsProducts(path) ? arrays.at(i).SplicedProducts(regenerated)
-                                            : arrays.at(i).SplicedById(regenerated));
+        const QStringList &path = Paths().at(i);
+        const QJsonArray regenerated = ValueAt(canonical, path).toArray();
+        canonical = WithValueAt(canonical, path,
+                                IsIdOrdered(path) ? arrays.at(i).SplicedById(regenerated)
+                                                  : arrays.at(i).SplicedProducts(regenerated));
     }
     return canonical;
 }

@@ -1,5 +1,6 @@
 #include "store/CanonicalDocument.h"
 
+#include "store/CanonicalProductsCheck.h"
 #include "store/ParsedDocument.h"
 #include "store/VantixJsonData.h"
 
@@ -66,6 +67,12 @@ CanonicalDocument::Kind CanonicalDocument::KindOf(const QJsonObject &document)
 }
 
 QJsonObject CanonicalDocument::CanonicalObject(const QJsonObject &document)
+{
+    // Most documents arrive as the editor wrote them; those need no regeneration.
+    return IsCanonicalProductsDocument(document) ? document : RegeneratedObject(document);
+}
+
+QJsonObject CanonicalDocument::RegeneratedObject(const QJsonObject &document)
 {
     switch (KindOf(document)) {
     case Products: return DetachedStore().RegenerateProducts(document);

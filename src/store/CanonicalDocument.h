@@ -26,6 +26,8 @@ struct PRODUCT_EDITOR_EXPORT CanonicalDocument
     static Kind KindOf(const QJsonObject &document);
     // The object a store that holds only `document` regenerates; empty for None.
     static QJsonObject CanonicalObject(const QJsonObject &document);
+    // The same, always through the store, even for a document that is already canonical.
+    static QJsonObject RegeneratedObject(const QJsonObject &document);
     // The bytes a save writes for a regenerated object.
     static QByteArray Bytes(const QJsonObject &document);
 };

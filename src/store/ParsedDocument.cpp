@@ -5,6 +5,9 @@
 #include <QJsonDocument>
 #include <QJsonParseError>
 
+#include <algorithm>
+#include <cstring>
+
 namespace ProductEditor {
 
 namespace {
@@ -21,7 +24,9 @@ void SetPosition(ParsedDocument &parsed, const QByteArray &bytes, int offset)
 ParsedDocument ParseJsonDocument(const QByteArray &bytes)
 {
     ParsedDocument parsed;
-    if (bytes.trimmed().isEmpty()) {
+    // Looks only as far as the first character that is not white space; a copy of a
+    // large document to trim it would cost as much as reading it.
+    if (std::all_of(bytes.cbegin(), bytes.cend(), [](char c) { return c != '\0' && std::strchr(" \t\n\v\f\r", c); })) {
         parsed.blank = true;
         return parsed;
     }

@@ -1,0 +1,292 @@
+#include "json/UnchangedEntries.h"
+
+#include "json/KeyedArrays.h"
+#include "store/DefinitionKeys.h"
+
+#include <QHash>
+
+#include <algorithm>
+
+namespace ProductEditor {
+
+using namespace KeyedArrays;
+
+namespace {
+
+// One version's walk along an id-ordered array. An entry's id is read only when its
+// entry differs from the other versions'; the order is checked for every entry.
+class OrderedCursor
+{
+public:
+    explicit OrderedCursor(const QJsonArray &entries)
+        : m_entries(entries)
+    {
+    }
+
+    bool AtEnd() const { return m_at >= m_entries.size(); }
+    int At() const { return m_at; }
+    QJsonValue Entry() const { return m_entries.at(m_at); }
+
+    // False when the id is not a string.
+    bool Id(QString &id)
+    {
+        if (!m_known) {
+            const QJsonValue value = Entry().toObject().value(Keys::kId);
+            if (!value.isString())
+                return false;
+            m_id = value.toString();
+            m_known = true;
+        }
+        id = m_id;
+        return true;
+    }
+
+    // Past the entry whose id is `id`; false when that id is not above the one before.
+    bool Next(const QString &id)
+    {
+        if (m_at > 0 && !(m_last < id))
+            return false;
+        m_last = id;
+        m_known = false;
+        ++m_at;
+        return true;
+    }
+
+private:
+    const QJsonArray &m_entries;
+    int m_at = 0;
+    QString m_id;
+    bool m_known = false;
+    QString m_last;
+};
+
+// Position of each product id, or empty when an id is not a string or comes twice.
+QHash<QString, int> ProductPositions(const QJsonArray &entries)
+{
+    QHash<QString, int> positions;
+    for (int i = 0; i < entries.size(); ++i) {
+        const QJsonValue id = entries.at(i).toObject().value(Keys::kId);
+        if (!id.isString() || positions.contains(id.toString()))
+            return {};
+        positions.insert(id.toString(), i);
+    }
+    return positions;
+}
+
+// Whether the three versions hold the same entry where they stand.
+bool Alike(OrderedCursor *cursors)
+{
+    const int Base = 0, Ours = 1, Theirs = 2;
+    return !cursors[Base].AtEnd() && !cursors[Ours].AtEnd() && !cursors[Theirs].AtEnd()
+        && cursors[Ours].Entry() == cursors[Base].Entry() && cursors[Ours].Entry() == cursors[Theirs].Entry();
+}
+
+// The least id where the versions stand, and whether all of them stand at it; false
+// when an id is not a string.
+bool LeastId(OrderedCursor *cursors, QString &least, bool &everywhere)
+{
+    QString ids[3];
+    int present = 0;
+    for (int side = 0; side < 3; ++side) {
+        if (cursors[side].AtEnd())
+            continue;
+        if (!cursors[side].Id(ids[side]))
+            return false;
+        if (present++ == 0 || ids[side] < least)
+            least = ids[side];
+    }
+    everywhere = true;
+    for (int side = 0; side < 3; ++side)
+        everywhere = everywhere && !cursors[side].AtEnd() && ids[side] == least;
+    return true;
+}
+
+} // namespace
+
+bool UnchangedEntries::Find(const QJsonObject &base, const QJsonObject &ours, const QJsonObject &theirs)
+{
+    m_arrays.clear();
+    m_partialExtensions.clear();
+    for (const QStringList &path : Paths()) {
+        QJsonArray entries[3];
+        bool arrays = true;
+        for (int side = Base; side <= Theirs; ++side) {
+            const QJsonValue value = ValueAt(side == Base ? base : side == Ours ? ours : theirs, path);
+            arrays = arrays && value.isArray();
+            entries[side] = value.toArray();
+        }
+        if (!arrays)
+            continue;
+        Array array;
+        array.path = path;
+        for (int side = Base; side <= Theirs; ++side)
+            array.unchanged[side].fill(false, entries[side].size());
+        if (!IsIdOrdered(path))
+            _FindProducts(array, entries);
+        else if (!_FindOrdered(array, entries))
+            return false;
+        m_arrays.append(array);
+    }
+    return true;
+}
+
+// Walks the three id-ordered arrays side by side, as a merge of sorted lists.
+bool UnchangedEntries::_FindOrdered(Array &array, const QJsonArray *entries)
+{
+    OrderedCursor cursors[3] = {OrderedCursor(entries[Base]), OrderedCursor(entries[Ours]),
+                                OrderedCursor(entries[Theirs])};
+    while (!cursors[Base].AtEnd() || !cursors[Ours].AtEnd() || !cursors[Theirs].AtEnd()) {
+        QString id;
+        if (Alike(cursors)) {
+            if (!cursors[Ours].Id(id))
+                return false;
+            if (_Usable(array, cursors[Ours].Entry())) {
+                const int at[3] = {cursors[Base].At(), cursors[Ours].At(), cursors[Theirs].At()};
+                array.ids.append(id);
+                _Keep(array, entries, at);
+            }
+            for (OrderedCursor &cursor : cursors) {
+                if (!cursor.Next(id))
+                    return false;
+            }
+            continue;
+        }
+        bool everywhere = false;
+        if (!LeastId(cursors, id, everywhere))
+            return false;
+        if (!everywhere && IsExtensions(array.path))
+            m_partialExtensions.insert(id);
+        for (OrderedCursor &cursor : cursors) {
+            QString here;
+            if (!cursor.AtEnd() && cursor.Id(here) && here == id && !cursor.Next(id))
+                return false;
+        }
+    }
+    return true;
+}
+
+// A product may be set aside although it names a feature that some version lacks.
+// Regenerated, such a version holds a stand-in with nothing but the id, and the merge
+// weighs a stand-in base as it weighs a missing one. Where the two would differ, the
+// feature goes missing from the result, and the check of the result sends the merge to
+// the whole documents.
+void UnchangedEntries::_FindProducts(Array &array, const QJsonArray *entries)
+{
+    QHash<QString, int> positions[3];
+    for (int side = Base; side <= Theirs; ++side) {
+        positions[side] = ProductPositions(entries[side]);
+        if (positions[side].size() != entries[side].size())
+            return; // repeated ids: every product takes part in the merge
+    }
+    for (auto it = positions[Ours].cbegin(); it != positions[Ours].cend(); ++it) {
+        const int at[3] = {positions[Base].value(it.key(), -1), it.value(), positions[Theirs].value(it.key(), -1)};
+        const QJsonValue kept = entries[Ours].at(at[Ours]);
+        if (at[Base] >= 0 && at[Theirs] >= 0 && kept == entries[Base].at(at[Base])
+            && kept == entries[Theirs].at(at[Theirs]))
+            array.unchanged[Base][at[Base]] = array.unchanged[Ours][at[Ours]] = array.unchanged[Theirs][at[Theirs]] =
+                true;
+    }
+    // The unchanged products go back in ours' order.
+    for (int i = 0; i < entries[Ours].size(); ++i) {
+        if (array.unchanged[Ours].at(i)) {
+            array.ids.append(IdOf(entries[Ours].at(i)));
+            array.entries.append(entries[Ours].at(i));
+        }
+    }
+}
+
+// Coverage that names an extension some version lacks stays in the merge: regenerating
+// a version without the extension would give it one with default values, which the
+// merge would then weigh against the others.
+bool UnchangedEntries::_Usable(const Array &array, const QJsonValue &entry) const
+{
+    return !IsCoverage(array.path) || !m_partialExtensions.contains(IdOf(entry));
+}
+
+void UnchangedEntries::_Keep(Array &array, const QJsonArray *entries, const int *at)
+{
+    for (int side = Base; side <= Theirs; ++side)
+        array.unchanged[side][at[side]] = true;
+    array.entries.append(entries[Ours].at(at[Ours]));
+}
+
+QJsonObject UnchangedEntries::Without(Side side, const QJsonObject &document) const
+{
+    QJsonObject reduced = document;
+    for (const Array &array : m_arrays) {
+        const QJsonArray entries = ValueAt(document, array.path).toArray();
+        QJsonArray rest;
+        for (int i = 0; i < entries.size(); ++i) {
+            if (!array.unchanged[side].at(i))
+                rest.append(entries.at(i));
+        }
+        reduced = WithValueAt(reduced, array.path, rest);
+    }
+    return reduced;
+}
+
+QJsonObject UnchangedEntries::With(const QJsonObject &merged, const QJsonObject &ours) const
+{
+    QJsonObject whole = merged;
+    for (const Array &array : m_arrays) {
+        if (array.entries.isEmpty())
+            continue;
+        const QJsonArray mergedEntries = ValueAt(merged, array.path).toArray();
+        QJsonArray entries;
+        if (IsIdOrdered(array.path))
+            entries = _WithOrdered(array, mergedEntries);
+        else if (!_WithProducts(array, mergedEntries, ValueAt(ours, array.path).toArray(), entries))
+            return QJsonObject();
+        whole = WithValueAt(whole, array.path, entries);
+    }
+    return whole;
+}
+
+// Both lists are in id order. A merged entry under an unchanged id is a stand-in that
+// regenerating a reduced version made for a name it could not find; the entry wins.
+QJsonArray UnchangedEntries::_WithOrdered(const Array &array, const QJsonArray &merged) const
+{
+    QJsonArray whole;
+    int next = 0;
+    for (const QJsonValue entry : merged) {
+        const QString id = IdOf(entry);
+        const int at = int(std::lower_bound(array.ids.begin(), array.ids.end(), id) - array.ids.begin());
+        for (; next < at; ++next)
+            whole.append(array.entries.at(next));
+        if (at < array.ids.size() && array.ids.at(at) == id)
+            continue;
+        whole.append(entry);
+    }
+    for (; next < array.entries.size(); ++next)
+        whole.append(array.entries.at(next));
+    return whole;
+}
+
+// Ours' products keep ours' order, unchanged or merged; theirs' new ones follow. False
+// when the merged products cannot be told apart by id.
+bool UnchangedEntries::_WithProducts(const Array &array, const QJsonArray &merged, const QJsonArray &ours,
+                                     QJsonArray &whole) const
+{
+    const QHash<QString, int> positions = ProductPositions(merged);
+    if (positions.size() != merged.size())
+        return false;
+    QVector<bool> placed(merged.size(), false);
+    for (int i = 0; i < ours.size(); ++i) {
+        if (array.unchanged[Ours].at(i)) {
+            whole.append(ours.at(i));
+            continue;
+        }
+        const int at = positions.value(IdOf(ours.at(i)), -1);
+        if (at >= 0 && !placed.at(at)) {
+            whole.append(merged.at(at));
+            placed[at] = true;
+        }
+    }
+    for (int i = 0; i < merged.size(); ++i) {
+        if (!placed.at(i))
+            whole.append(merged.at(i));
+    }
+    return true;
+}
+
+} // namespace ProductEditor
