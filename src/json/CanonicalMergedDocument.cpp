@@ -2,6 +2,7 @@
 
 #include "json/KeyedArrays.h"
 #include "store/CanonicalDocument.h"
+#include "store/CanonicalProductsCheck.h"
 #include "store/DefinitionKeys.h"
 
 #include <QHash>
@@ -138,7 +139,10 @@ QJsonObject CanonicalMergedDocument(const QJsonObject &merged, const QJsonObject
                                 IsIdOrdered(path) ? arrays.at(i).SplicedById(regenerated)
                                                   : arrays.at(i).SplicedProducts(regenerated));
     }
-    return canonical;
+    // An entry kept as ours has it can stop fitting what the merge did around it: a
+    // product still naming a feature the merge removed, or sharing its id with a changed
+    // one. Then only regenerating the whole document is right.
+    return IsCanonicalProductsDocument(canonical) ? canonical : CanonicalDocument::RegeneratedObject(merged);
 }
 
 } // namespace ProductEditor

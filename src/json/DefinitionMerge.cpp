@@ -45,7 +45,7 @@ QJsonObject MergeChangedRecords(const MergeSides &sides, MergeInputs inputs, QVe
     MergeSides reduced;
     for (int i = 0; i < 3; ++i)
         reduced.version[i] = unchanged.Without(UnchangedEntries::Side(i), sides.version[i]);
-    const QJsonObject whole = unchanged.With(MergeCanonical(reduced, inputs, conflicts), sides.version[1]);
+    const QJsonObject whole = unchanged.With(MergeCanonical(reduced, inputs, conflicts));
     if (inputs == MergeInputs::Any && !IsCanonicalProductsDocument(whole))
         return QJsonObject();
     return whole;

@@ -33,6 +33,7 @@ const QVector<QStringList> &Paths()
 }
 
 bool IsIdOrdered(const QStringList &path) { return path.last() != kProduct; }
+bool IsFeatures(const QStringList &path) { return path.last() == kFeature; }
 bool IsExtensions(const QStringList &path) { return path.last() == kExtension; }
 bool IsCoverage(const QStringList &path) { return path.size() == 3; }
 

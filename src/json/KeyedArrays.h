@@ -13,6 +13,7 @@ namespace KeyedArrays {
 
 const QVector<QStringList> &Paths();
 bool IsIdOrdered(const QStringList &path);
+bool IsFeatures(const QStringList &path);
 bool IsExtensions(const QStringList &path);
 bool IsCoverage(const QStringList &path);
 

@@ -81,9 +81,9 @@ bool Alike(OrderedCursor *cursors)
         && cursors[Ours].Entry() == cursors[Base].Entry() && cursors[Ours].Entry() == cursors[Theirs].Entry();
 }
 
-// The least id where the versions stand, and whether all of them stand at it; false
-// when an id is not a string.
-bool LeastId(OrderedCursor *cursors, QString &least, bool &everywhere)
+// The least id where the versions stand, and which of them stand at it (bit 1 << side);
+// false when an id is not a string.
+bool LeastId(OrderedCursor *cursors, QString &least, int &holders)
 {
     QString ids[3];
     int present = 0;
@@ -95,9 +95,9 @@ bool LeastId(OrderedCursor *cursors, QString &least, bool &everywhere)
         if (present++ == 0 || ids[side] < least)
             least = ids[side];
     }
-    everywhere = true;
+    holders = 0;
     for (int side = 0; side < 3; ++side)
-        everywhere = everywhere && !cursors[side].AtEnd() && ids[side] == least;
+        holders |= !cursors[side].AtEnd() && ids[side] == least ? 1 << side : 0;
     return true;
 }
 
@@ -107,6 +107,7 @@ bool UnchangedEntries::Find(const QJsonObject &base, const QJsonObject &ours, co
 {
     m_arrays.clear();
     m_partialExtensions.clear();
+    m_removedFeatures.clear();
     for (const QStringList &path : Paths()) {
         QJsonArray entries[3];
         bool arrays = true;
@@ -151,11 +152,10 @@ bool UnchangedEntries::_FindOrdered(Array &array, const QJsonArray *entries)
             }
             continue;
         }
-        bool everywhere = false;
-        if (!LeastId(cursors, id, everywhere))
+        int holders = 0;
+        if (!LeastId(cursors, id, holders))
             return false;
-        if (!everywhere && IsExtensions(array.path))
-            m_partialExtensions.insert(id);
+        _NoteMissing(array, id, holders);
         for (OrderedCursor &cursor : cursors) {
             QString here;
             if (!cursor.AtEnd() && cursor.Id(here) && here == id && !cursor.Next(id))
@@ -165,11 +165,6 @@ bool UnchangedEntries::_FindOrdered(Array &array, const QJsonArray *entries)
     return true;
 }
 
-// A product may be set aside although it names a feature that some version lacks.
-// Regenerated, such a version holds a stand-in with nothing but the id, and the merge
-// weighs a stand-in base as it weighs a missing one. Where the two would differ, the
-// feature goes missing from the result, and the check of the result sends the merge to
-// the whole documents.
 void UnchangedEntries::_FindProducts(Array &array, const QJsonArray *entries)
 {
     QHash<QString, int> positions[3];
@@ -178,11 +173,12 @@ void UnchangedEntries::_FindProducts(Array &array, const QJsonArray *entries)
         if (positions[side].size() != entries[side].size())
             return; // repeated ids: every product takes part in the merge
     }
+    _FindProductsLead(entries);
     for (auto it = positions[Ours].cbegin(); it != positions[Ours].cend(); ++it) {
         const int at[3] = {positions[Base].value(it.key(), -1), it.value(), positions[Theirs].value(it.key(), -1)};
         const QJsonValue kept = entries[Ours].at(at[Ours]);
         if (at[Base] >= 0 && at[Theirs] >= 0 && kept == entries[Base].at(at[Base])
-            && kept == entries[Theirs].at(at[Theirs]))
+            && kept == entries[Theirs].at(at[Theirs]) && _Usable(array, kept))
             array.unchanged[Base][at[Base]] = array.unchanged[Ours][at[Ours]] = array.unchanged[Theirs][at[Theirs]] =
                 true;
     }
@@ -195,12 +191,39 @@ void UnchangedEntries::_FindProducts(Array &array, const QJsonArray *entries)
     }
 }
 
-// Coverage that names an extension some version lacks stays in the merge: regenerating
-// a version without the extension would give it one with default values, which the
-// merge would then weigh against the others.
+// The merge takes a whole array from one side when the other left it as the base has it,
+// and otherwise keeps ours' order with theirs' new products after; the order of the
+// result follows the same version.
+void UnchangedEntries::_FindProductsLead(const QJsonArray *entries)
+{
+    const bool theirs = entries[Ours] != entries[Theirs] && entries[Base] == entries[Ours];
+    m_productsLead = theirs ? Theirs : Ours;
+    m_leadProducts = entries[m_productsLead];
+}
+
+// An entry that names a record some version lacks can only be set aside when
+// regenerating that version, which would give it a stand-in for the record, changes
+// nothing the merge weighs. A feature's stand-in holds only its id, which the merge weighs
+// as no feature at all, except where a side removed the feature and the other changed
+// it. An extension's stand-in holds default values, which the merge always weighs.
+void UnchangedEntries::_NoteMissing(const Array &array, const QString &id, int holders)
+{
+    const int everywhere = (1 << Base) | (1 << Ours) | (1 << Theirs);
+    if (IsExtensions(array.path) && holders != everywhere)
+        m_partialExtensions.insert(id);
+    if (IsFeatures(array.path) && (holders & (1 << Base)) && holders != everywhere)
+        m_removedFeatures.insert(id);
+}
+
 bool UnchangedEntries::_Usable(const Array &array, const QJsonValue &entry) const
 {
-    return !IsCoverage(array.path) || !m_partialExtensions.contains(IdOf(entry));
+    if (IsCoverage(array.path))
+        return !m_partialExtensions.contains(IdOf(entry));
+    if (IsIdOrdered(array.path) || m_removedFeatures.isEmpty())
+        return true;
+    const QJsonArray named = entry.toObject().value(Keys::kFeatures).toArray();
+    return std::none_of(named.begin(), named.end(),
+                        [this](const QJsonValue &id) { return m_removedFeatures.contains(id.toString()); });
 }
 
 void UnchangedEntries::_Keep(Array &array, const QJsonArray *entries, const int *at)
@@ -225,7 +248,7 @@ QJsonObject UnchangedEntries::Without(Side side, const QJsonObject &document) co
     return reduced;
 }
 
-QJsonObject UnchangedEntries::With(const QJsonObject &merged, const QJsonObject &ours) const
+QJsonObject UnchangedEntries::With(const QJsonObject &merged) const
 {
     QJsonObject whole = merged;
     for (const Array &array : m_arrays) {
@@ -235,7 +258,7 @@ QJsonObject UnchangedEntries::With(const QJsonObject &merged, const QJsonObject 
         QJsonArray entries;
         if (IsIdOrdered(array.path))
             entries = _WithOrdered(array, mergedEntries);
-        else if (!_WithProducts(array, mergedEntries, ValueAt(ours, array.path).toArray(), entries))
+        else if (!_WithProducts(array, mergedEntries, entries))
             return QJsonObject();
         whole = WithValueAt(whole, array.path, entries);
     }
@@ -262,21 +285,21 @@ QJsonArray UnchangedEntries::_WithOrdered(const Array &array, const QJsonArray &
     return whole;
 }
 
-// Ours' products keep ours' order, unchanged or merged; theirs' new ones follow. False
-// when the merged products cannot be told apart by id.
-bool UnchangedEntries::_WithProducts(const Array &array, const QJsonArray &merged, const QJsonArray &ours,
-                                     QJsonArray &whole) const
+// The leading version's products keep its order, unchanged or merged; the other's new
+// ones follow. False when the merged products cannot be told apart by id.
+bool UnchangedEntries::_WithProducts(const Array &array, const QJsonArray &merged, QJsonArray &whole) const
 {
     const QHash<QString, int> positions = ProductPositions(merged);
     if (positions.size() != merged.size())
         return false;
     QVector<bool> placed(merged.size(), false);
-    for (int i = 0; i < ours.size(); ++i) {
-        if (array.unchanged[Ours].at(i)) {
-            whole.append(ours.at(i));
+    const QJsonArray &lead = m_leadProducts;
+    for (int i = 0; i < lead.size(); ++i) {
+        if (array.unchanged[m_productsLead].at(i)) {
+            whole.append(lead.at(i));
             continue;
         }
-        const int at = positions.value(IdOf(ours.at(i)), -1);
+        const int at = positions.value(IdOf(lead.at(i)), -1);
         if (at >= 0 && !placed.at(at)) {
             whole.append(merged.at(at));
             placed[at] = true;

@@ -25,8 +25,8 @@ public:
     QJsonObject Without(Side side, const QJsonObject &document) const;
 
     // The canonical merge of the reduced versions with the unchanged entries put back: in
-    // id order, or at ours' places among the products. Empty when they do not fit back.
-    QJsonObject With(const QJsonObject &merged, const QJsonObject &ours) const;
+    // id order, or at their places among the products. Empty when they do not fit back.
+    QJsonObject With(const QJsonObject &merged) const;
 
 private:
     struct Array
@@ -39,14 +39,20 @@ private:
 
     bool _FindOrdered(Array &array, const QJsonArray *entries);
     void _FindProducts(Array &array, const QJsonArray *entries);
+    void _FindProductsLead(const QJsonArray *entries);
+    void _NoteMissing(const Array &array, const QString &id, int holders);
     bool _Usable(const Array &array, const QJsonValue &entry) const;
     static void _Keep(Array &array, const QJsonArray *entries, const int *at);
     QJsonArray _WithOrdered(const Array &array, const QJsonArray &merged) const;
-    bool _WithProducts(const Array &array, const QJsonArray &merged, const QJsonArray &ours, QJsonArray &whole) const;
+    bool _WithProducts(const Array &array, const QJsonArray &merged, QJsonArray &whole) const;
 
     QVector<Array> m_arrays;
+    Side m_productsLead = Ours; // whose order the merged products follow
+    QJsonArray m_leadProducts;
     // Extension ids that some versions define and others do not.
     QSet<QString> m_partialExtensions;
+    // Feature ids of the base that ours or theirs removed.
+    QSet<QString> m_removedFeatures;
 };
 
 } // namespace ProductEditor
