@@ -76,9 +76,12 @@ QHash<QString, int> ProductPositions(const QJsonArray &entries)
 // Whether the three versions hold the same entry where they stand.
 bool Alike(OrderedCursor *cursors)
 {
-    const int Base = 0, Ours = 1, Theirs = 2;
-    return !cursors[Base].AtEnd() && !cursors[Ours].AtEnd() && !cursors[Theirs].AtEnd()
-        && cursors[Ours].Entry() == cursors[Base].Entry() && cursors[Ours].Entry() == cursors[Theirs].Entry();
+    using Side = UnchangedEntries::Side;
+    const OrderedCursor &base = cursors[Side::Base];
+    const OrderedCursor &ours = cursors[Side::Ours];
+    const OrderedCursor &theirs = cursors[Side::Theirs];
+    return !base.AtEnd() && !ours.AtEnd() && !theirs.AtEnd() && ours.Entry() == base.Entry()
+        && ours.Entry() == theirs.Entry();
 }
 
 // The least id where the versions stand, and which of them stand at it (bit 1 << side);
