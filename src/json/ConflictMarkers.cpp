@@ -6,6 +6,8 @@
 #include <QJsonDocument>
 #include <QList>
 
+#include <algorithm>
+
 namespace ProductEditor {
 
 namespace {
@@ -16,6 +18,19 @@ const QChar kMark(0xE000); // private use, so no definition text holds it
 QString Placeholder(int index)
 {
     return kMark + QString::number(index) + kMark;
+}
+
+// The conflict a line stands for, or -1.
+int PlaceholderIndex(const QByteArray &line)
+{
+    const QByteArray mark = QString(kMark).toUtf8();
+    const int first = line.indexOf(mark);
+    const int second = first < 0 ? -1 : line.indexOf(mark, first + mark.size());
+    if (second < 0)
+        return -1;
+    bool number = false;
+    const int index = line.mid(first + mark.size(), second - first - mark.size()).toInt(&number);
+    return number ? index : -1;
 }
 
 bool Matches(const QJsonValue &element, const JsonMergeStep &step)
@@ -112,26 +127,61 @@ QByteArray ConflictMarkers::Write(const QJsonObject &document, const QVector<Jso
         if (!conflicts.at(i).steps.isEmpty())
             marked = Place(marked, conflicts.at(i), 0, Placeholder(i));
     }
-    QByteArray bytes = CanonicalDocument::Bytes(marked.toObject());
-    for (int i = 0; i < conflicts.size(); ++i) {
-        const JsonMergeConflict &conflict = conflicts.at(i);
-        const int at = bytes.indexOf(Placeholder(i).toUtf8());
-        if (at < 0)
+    const QList<QByteArray> lines = CanonicalDocument::Bytes(marked.toObject()).split('\n');
+    QByteArray bytes;
+    QVector<const JsonMergeConflict *> run; // places on consecutive lines make one block
+    for (int i = 0; i < lines.size(); ++i) {
+        const int index = PlaceholderIndex(lines.at(i));
+        if (index >= 0 && index < conflicts.size()) {
+            run.append(&conflicts.at(index));
+            if (i + 1 < lines.size() && PlaceholderIndex(lines.at(i + 1)) >= 0)
+                continue;
+            _WriteBlock(bytes, run, lines.at(i));
+            run.clear();
             continue;
-        const int start = bytes.lastIndexOf('\n', at) + 1;
-        const int end = bytes.indexOf('\n', at);
-        const QByteArray line = bytes.mid(start, end - start);
-        int indent = 0;
-        while (indent < line.size() && line.at(indent) == ' ')
-            ++indent;
-        const bool comma = line.endsWith(',');
-        const QByteArray block = MarkerLine('<', size, oursLabel) + SideLines(conflict, conflict.ours, indent, comma)
-            + MarkerLine('|', size, baseLabel) + SideLines(conflict, conflict.base, indent, comma)
-            + MarkerLine('=', size, QString()) + SideLines(conflict, conflict.theirs, indent, comma)
-            + MarkerLine('>', size, theirsLabel);
-        bytes.replace(start, end + 1 - start, block);
+        }
+        bytes += lines.at(i);
+        if (i + 1 < lines.size())
+            bytes += '\n';
     }
     return bytes;
+}
+
+// Appends the block for places on consecutive lines, `last` being the line of the last
+// one. Each side keeps the lines' commas, so that keeping any one side leaves valid JSON.
+// When the run ends its object or array and a side lacks the last value, that side drops
+// the comma it would end with; if it holds nothing at all, the line before the block ends
+// in a comma only the other sides may keep, so that line goes into the block too.
+void ConflictMarkers::_WriteBlock(QByteArray &bytes, const QVector<const JsonMergeConflict *> &run,
+                                  const QByteArray &last) const
+{
+    int indent = 0;
+    while (indent < last.size() && last.at(indent) == ' ')
+        ++indent;
+    QByteArray sides[3];
+    for (int place = 0; place < run.size(); ++place) {
+        const JsonMergeConflict &conflict = *run.at(place);
+        const bool comma = place + 1 < run.size() || last.endsWith(',');
+        sides[0] += SideLines(conflict, conflict.ours, indent, comma);
+        sides[1] += SideLines(conflict, conflict.base, indent, comma);
+        sides[2] += SideLines(conflict, conflict.theirs, indent, comma);
+    }
+    if (!last.endsWith(',')) {
+        for (QByteArray &lines : sides) {
+            if (lines.endsWith(",\n"))
+                lines.remove(lines.size() - 2, 1);
+        }
+        const int before = bytes.lastIndexOf('\n', bytes.size() - 2) + 1;
+        const QByteArray previous = bytes.mid(before, bytes.size() - 1 - before);
+        const bool someEmpty = std::any_of(sides, sides + 3, [](const QByteArray &lines) { return lines.isEmpty(); });
+        if (someEmpty && previous.endsWith(',') && !previous.startsWith(QByteArray(size, '>'))) {
+            for (QByteArray &lines : sides)
+                lines.prepend((lines.isEmpty() ? previous.chopped(1) : previous) + '\n');
+            bytes.truncate(before);
+        }
+    }
+    bytes += MarkerLine('<', size, oursLabel) + sides[0] + MarkerLine('|', size, baseLabel) + sides[1]
+        + MarkerLine('=', size, QString()) + sides[2] + MarkerLine('>', size, theirsLabel);
 }
 
 } // namespace ProductEditor

@@ -21,6 +21,9 @@ struct PRODUCT_EDITOR_EXPORT ConflictMarkers
     // `document` written as a save writes it, with each conflict's place replaced by a
     // block that holds each side's member (or elements) in the same formatting.
     QByteArray Write(const QJsonObject &document, const QVector<JsonMergeConflict> &conflicts) const;
+
+private:
+    void _WriteBlock(QByteArray &bytes, const QVector<const JsonMergeConflict *> &run, const QByteArray &last) const;
 };
 
 } // namespace ProductEditor

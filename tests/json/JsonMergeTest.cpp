@@ -114,6 +114,8 @@ private slots:
     void mergeRules_data();
     void mergeRules();
     void conflictBlock();
+    void keepingAnySideIsValidJson_data();
+    void keepingAnySideIsValidJson();
     void canonicalFormIsWhatNormalizeWrites();
     void disjointRandomEditsMergeCleanly();
 };
@@ -220,6 +222,58 @@ void JsonMergeTest::conflictBlock()
                      "                \"title\": \"Open file\",\n"
                      ">>>>>>> theirs\n");
     QCOMPARE(result.bytes, expected);
+}
+
+void JsonMergeTest::keepingAnySideIsValidJson_data()
+{
+    QTest::addColumn<QByteArray>("base");
+    QTest::addColumn<QByteArray>("ours");
+    QTest::addColumn<QByteArray>("theirs");
+
+    const auto feature = [](const char *members) {
+        return QByteArray(R"({"features":{"feature":[{"id":"a"},{"id":"open",)") + members + "}]}}";
+    };
+    QTest::newRow("the last member removed on one side") << feature(R"("title":"T","tooltip":"x")")
+                                                         << feature(R"("title":"T")")
+                                                         << feature(R"("title":"T","tooltip":"y")");
+    QTest::newRow("a middle member removed on one side") << feature(R"("title":"T","tooltip":"x")")
+                                                         << feature(R"("tooltip":"x")")
+                                                         << feature(R"("title":"U","tooltip":"x")");
+    QTest::newRow("the only member added differently") << feature(R"("title":"T")") << feature(R"("title":"U")")
+                                                       << feature(R"("title":"V")");
+    QTest::newRow("the last element removed on one side")
+        << QByteArray(R"({"features":{"feature":[{"id":"a"},{"id":"b","title":"T"}]}})")
+        << QByteArray(R"({"features":{"feature":[{"id":"a"}]}})")
+        << QByteArray(R"({"features":{"feature":[{"id":"a"},{"id":"b","title":"U"}]}})");
+    QTest::newRow("two conflicts in one record") << feature(R"("title":"T","tooltip":"x")")
+                                                 << feature(R"("title":"U")")
+                                                 << feature(R"("title":"V","tooltip":"y")");
+}
+
+// Each side of a block, kept alone, must give a document that parses: what a person
+// does when resolving by hand, and what `git checkout --ours` style tools do.
+void JsonMergeTest::keepingAnySideIsValidJson()
+{
+    QFETCH(QByteArray, base);
+    QFETCH(QByteArray, ours);
+    QFETCH(QByteArray, theirs);
+    const DefinitionMergeResult result = MergeDefinitionDocuments(base, ours, theirs);
+    QVERIFY(!result.conflicts.isEmpty());
+    for (const char keep : {'<', '|', '='}) {
+        QByteArray kept;
+        char section = 0; // inside a block: the marker that opened the current side
+        for (const QByteArray &line : result.bytes.split('\n')) {
+            const bool marker = line.size() >= 7 && QByteArray("<|=>").contains(line.at(0))
+                && line.startsWith(QByteArray(7, line.at(0)));
+            if (marker)
+                section = line.at(0) == '>' ? 0 : line.at(0);
+            else if (section == 0 || section == keep)
+                kept += line + '\n';
+        }
+        QJsonParseError error;
+        QJsonDocument::fromJson(kept, &error);
+        QVERIFY2(error.error == QJsonParseError::NoError, qPrintable(QString(keep) + ": " + error.errorString()));
+    }
 }
 
 void JsonMergeTest::canonicalFormIsWhatNormalizeWrites()
