@@ -83,7 +83,9 @@ CheckResult FolderChecker::Check(const QString &folder)
     auto store = std::make_unique<VantixJsonData>(folder, reader, writer, QMap<QString, QString>());
     const int folderReads = m_reads.size();
     store->GetLicenses() = opener.Catalogue(*store);
-    result.messages = opener.Messages();
+    // Each skipped layout file is a finding (PE011) of an opened folder, in every format;
+    // the opener's warnings are left for a folder that could not be opened.
+    result.messages = opener.Opened() ? QStringList() : opener.Messages();
     if (const auto &refusal = store->GetLoadReport().refusal) {
         result.diagnostics << ErrorAt(refusal->file, refusal->line, refusal->column, ProblemDescription(*refusal));
         return result;

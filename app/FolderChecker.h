@@ -15,7 +15,7 @@ struct CheckResult
 {
     std::unique_ptr<ProductEditor::VantixJsonData> store; // null when the folder was refused
     Diagnostics diagnostics; // by file in reading order, then by position
-    QStringList messages;    // the folder opener's warnings and refusal, for stderr
+    QStringList messages;    // why the folder could not be opened, for stderr
 };
 
 // Loads a folder as every command does and tells what loading and saving quietly do
