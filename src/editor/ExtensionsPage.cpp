@@ -76,6 +76,9 @@ void ExtensionsPage::_Connect()
         MakeCurrent(m_ui.mp_lst_extensions, first, ExtensionsModel::IdColumn,
                     QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Current);
     });
+    // A load or an undo resets the list; its first extension becomes current again.
+    connect(extensions, &QAbstractItemModel::modelReset, this,
+            [this] { MakeCurrent(m_ui.mp_lst_extensions, 0, ExtensionsModel::IdColumn, SelectCurrent); });
     connect(ui.mp_btn_remove_extension, &QPushButton::clicked, this, [this, extensions] {
         const QModelIndex current = m_ui.mp_lst_extensions->currentIndex();
         if (current.isValid())

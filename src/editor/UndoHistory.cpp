@@ -47,13 +47,6 @@ private:
     bool m_pushed = false;
 };
 
-QAbstractItemModel *SourceOf(QAbstractItemModel *model)
-{
-    while (auto *proxy = qobject_cast<QAbstractProxyModel *>(model))
-        model = proxy->sourceModel();
-    return model;
-}
-
 QString CurrentId(const QAbstractItemView *view, int column)
 {
     const QModelIndex current = view->currentIndex();
@@ -66,16 +59,11 @@ UndoHistory::UndoHistory(Ui::VantixJSONEditorClass &ui, Model &model, QUndoStack
     : m_ui(ui)
     , m_model(model)
     , m_stack(stack)
+    , m_sources(SourceModels({model.GetSourceFeaturesModel(), model.GetProductsModel(), model.GetLayoutsModel(),
+                              model.GetLicensesModel(), model.GetExtensionsModel(), model.GetExtensionsProductModel(),
+                              model.GetExtensionsLayoutModel(), model.GetExtensionsLicenseModel()}))
     , m_current(RecordsSnapshot::Take(model.GetData()))
 {
-    for (QAbstractItemModel *shown :
-         {model.GetSourceFeaturesModel(), model.GetProductsModel(), model.GetLayoutsModel(), model.GetLicensesModel(),
-          model.GetExtensionsModel(), model.GetExtensionsProductModel(), model.GetExtensionsLayoutModel(),
-          model.GetExtensionsLicenseModel()}) {
-        QAbstractItemModel *source = SourceOf(shown);
-        if (source && !m_sources.contains(source))
-            m_sources << source;
-    }
     // Selection changes notify too; they leave the records shared with the
     // last step, which makes the comparison that drops them cheap.
     for (QAbstractItemModel *watched : model.findChildren<QAbstractItemModel *>()) {

@@ -3,6 +3,7 @@
 #include "editor/EditorPrivate.h"
 #include "editor/PageTools.h"
 #include "editor/TabIndex.h"
+#include "models/ModelReset.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -135,15 +136,27 @@ void VantixJSONEditor::_Reload()
 {
     if (PageTools::Confirm(this, QStringLiteral("Reload"),
                            QStringLiteral("You will lost all your changes, are you sure?"))
-        && d->model.GetData().Reload())
+        && _LoadWith([this] { return d->model.GetData().Reload(); }))
         d->history->Clear();
 }
 
 void VantixJSONEditor::_Load()
 {
     const QString path = _AskFolder(QStringLiteral("Open"));
-    if (!path.isEmpty() && d->model.GetData().Load(path))
+    if (!path.isEmpty() && _LoadWith([this, &path] { return d->model.GetData().Load(path); }))
         _Loaded(path);
+}
+
+// The store announces a load to the models of features, products, layouts and licenses;
+// the extension models follow no store signal, and a load can bring in extensions, so
+// they are reset around it.
+bool VantixJSONEditor::_LoadWith(const std::function<bool()> &load)
+{
+    bool loaded = false;
+    ResetAround(SourceModels({d->model.GetExtensionsModel(), d->model.GetExtensionsProductModel(),
+                              d->model.GetExtensionsLayoutModel(), d->model.GetExtensionsLicenseModel()}),
+                [&] { loaded = load(); });
+    return loaded;
 }
 
 void VantixJSONEditor::_Loaded(const QString &path)

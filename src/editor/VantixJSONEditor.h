@@ -55,6 +55,7 @@ private:
     void _Save();
     void _SaveAs();
     void _Loaded(const QString &path);
+    bool _LoadWith(const std::function<bool()> &load);
     void _Compare();
     void _CompareProducts();
     QString _AskFolder(const QString &caption);

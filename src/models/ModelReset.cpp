@@ -3,6 +3,7 @@
 #include "models/RowCursor.h"
 
 #include <QAbstractItemModel>
+#include <QAbstractProxyModel>
 
 namespace ProductEditor {
 
@@ -26,6 +27,18 @@ void ResetAround(const QVector<QAbstractItemModel *> &models, const std::functio
     BumpRowEpoch();
     for (auto it = models.rbegin(); it != models.rend(); ++it)
         ((*it)->*(&ResetAccess::endResetModel))();
+}
+
+QVector<QAbstractItemModel *> SourceModels(const QVector<QAbstractItemModel *> &shown)
+{
+    QVector<QAbstractItemModel *> sources;
+    for (QAbstractItemModel *model : shown) {
+        while (auto *proxy = qobject_cast<QAbstractProxyModel *>(model))
+            model = proxy->sourceModel();
+        if (model && !sources.contains(model))
+            sources << model;
+    }
+    return sources;
 }
 
 } // namespace ProductEditor

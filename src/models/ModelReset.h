@@ -16,4 +16,7 @@ namespace ProductEditor {
 PRODUCT_EDITOR_EXPORT void ResetAround(const QVector<QAbstractItemModel *> &models,
                                        const std::function<void()> &change);
 
+// The models at the bottom of the proxy chains of `shown`, each once: the ones to reset.
+PRODUCT_EDITOR_EXPORT QVector<QAbstractItemModel *> SourceModels(const QVector<QAbstractItemModel *> &shown);
+
 } // namespace ProductEditor

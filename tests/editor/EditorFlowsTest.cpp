@@ -2,7 +2,9 @@
 
 #include <QClipboard>
 #include <QDir>
+#include <QListView>
 #include <QPointer>
+#include <QSignalSpy>
 #include <QTreeView>
 
 namespace {
@@ -216,7 +218,11 @@ private slots:
         folder.addFile("other/products/products.json", CanonicalProducts().replace("\"mesh_cut\"", "\"mesh_split\""));
         folder.addFolder("out");
         answers->Then({folder.path("other"), folder.path("out")});
+        // The extension views follow no store signal; the load resets them itself.
+        QSignalSpy extensionsReset(editor->model("mp_lst_extensions"), &QAbstractItemModel::modelReset);
         editor->run("mp_run_load");
+        QCOMPARE(extensionsReset.count(), 1);
+        QCOMPARE(editor->find<QListView>("mp_lst_extensions")->currentIndex().row(), 0);
         // Layouts read before stay loaded, and name mesh_cut.
         QCOMPARE(Column(editor->model("mp_lst_features")),
                  QStringList({"file_open", "file_save", "mesh_cut", "mesh_split"}));
