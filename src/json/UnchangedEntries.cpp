@@ -13,6 +13,9 @@ using namespace KeyedArrays;
 
 namespace {
 
+// All three versions, as the bits 1 << side.
+const int kEverywhere = (1 << UnchangedEntries::Base) | (1 << UnchangedEntries::Ours) | (1 << UnchangedEntries::Theirs);
+
 // One version's walk along an id-ordered array. An entry's id is read only when its
 // entry differs from the other versions'; the order is checked for every entry.
 class OrderedCursor
@@ -109,7 +112,7 @@ bool LeastId(OrderedCursor *cursors, QString &least, int &holders)
 bool UnchangedEntries::Find(const QJsonObject &base, const QJsonObject &ours, const QJsonObject &theirs)
 {
     m_arrays.clear();
-    m_partialExtensions.clear();
+    m_sharedExtensions.clear();
     m_removedFeatures.clear();
     for (const QStringList &path : Paths()) {
         QJsonArray entries[3];
@@ -144,6 +147,7 @@ bool UnchangedEntries::_FindOrdered(Array &array, const QJsonArray *entries)
         if (Alike(cursors)) {
             if (!cursors[Ours].Id(id))
                 return false;
+            _NoteHolders(array, id, kEverywhere);
             if (_Usable(array, cursors[Ours].Entry())) {
                 const int at[3] = {cursors[Base].At(), cursors[Ours].At(), cursors[Theirs].At()};
                 array.ids.append(id);
@@ -158,7 +162,7 @@ bool UnchangedEntries::_FindOrdered(Array &array, const QJsonArray *entries)
         int holders = 0;
         if (!LeastId(cursors, id, holders))
             return false;
-        _NoteMissing(array, id, holders);
+        _NoteHolders(array, id, holders);
         for (OrderedCursor &cursor : cursors) {
             QString here;
             if (!cursor.AtEnd() && cursor.Id(here) && here == id && !cursor.Next(id))
@@ -208,20 +212,20 @@ void UnchangedEntries::_FindProductsLead(const QJsonArray *entries)
 // regenerating that version, which would give it a stand-in for the record, changes
 // nothing the merge weighs. A feature's stand-in holds only its id, which the merge weighs
 // as no feature at all, except where a side removed the feature and the other changed
-// it. An extension's stand-in holds default values, which the merge always weighs.
-void UnchangedEntries::_NoteMissing(const Array &array, const QString &id, int holders)
+// it. An extension's stand-in holds default values, which the merge always weighs, so
+// coverage is set aside only for extensions that all three versions hold.
+void UnchangedEntries::_NoteHolders(const Array &array, const QString &id, int holders)
 {
-    const int everywhere = (1 << Base) | (1 << Ours) | (1 << Theirs);
-    if (IsExtensions(array.path) && holders != everywhere)
-        m_partialExtensions.insert(id);
-    if (IsFeatures(array.path) && (holders & (1 << Base)) && holders != everywhere)
+    if (IsExtensions(array.path) && holders == kEverywhere)
+        m_sharedExtensions.insert(id);
+    if (IsFeatures(array.path) && (holders & (1 << Base)) && holders != kEverywhere)
         m_removedFeatures.insert(id);
 }
 
 bool UnchangedEntries::_Usable(const Array &array, const QJsonValue &entry) const
 {
     if (IsCoverage(array.path))
-        return !m_partialExtensions.contains(IdOf(entry));
+        return m_sharedExtensions.contains(IdOf(entry));
     if (IsIdOrdered(array.path) || m_removedFeatures.isEmpty())
         return true;
     const QJsonArray named = entry.toObject().value(Keys::kFeatures).toArray();

@@ -40,7 +40,7 @@ private:
     bool _FindOrdered(Array &array, const QJsonArray *entries);
     void _FindProducts(Array &array, const QJsonArray *entries);
     void _FindProductsLead(const QJsonArray *entries);
-    void _NoteMissing(const Array &array, const QString &id, int holders);
+    void _NoteHolders(const Array &array, const QString &id, int holders);
     bool _Usable(const Array &array, const QJsonValue &entry) const;
     static void _Keep(Array &array, const QJsonArray *entries, const int *at);
     QJsonArray _WithOrdered(const Array &array, const QJsonArray &merged) const;
@@ -49,8 +49,8 @@ private:
     QVector<Array> m_arrays;
     Side m_productsLead = Ours; // whose order the merged products follow
     QJsonArray m_leadProducts;
-    // Extension ids that some versions define and others do not.
-    QSet<QString> m_partialExtensions;
+    // Extension ids that all three versions define.
+    QSet<QString> m_sharedExtensions;
     // Feature ids of the base that ours or theirs removed.
     QSet<QString> m_removedFeatures;
 };

@@ -189,6 +189,8 @@ private slots:
     void checkRefusesWhatRegenerationWouldChange();
     void checkAgreesWithRegeneration();
     void mergeOfChangedRecordsEqualsWholeMerge();
+    void recordsThatMustStayInTheMerge_data();
+    void recordsThatMustStayInTheMerge();
 };
 
 void MergeShortcutTest::checkRefusesWhatRegenerationWouldChange_data()
@@ -284,6 +286,52 @@ void MergeShortcutTest::mergeOfChangedRecordsEqualsWholeMerge()
         }
     }
     QVERIFY(setAside > 100);
+}
+
+// Records that look unchanged but whose versions regenerate differently around them.
+void MergeShortcutTest::recordsThatMustStayInTheMerge_data()
+{
+    QTest::addColumn<QByteArray>("base");
+    QTest::addColumn<QByteArray>("ours");
+    QTest::addColumn<QByteArray>("theirs");
+    QTest::addColumn<bool>("canonical"); // the inputs regenerated first
+
+    const auto doc = [](const char *features, const char *products, const char *extensions = "") {
+        return QByteArray(R"({"features": {"feature": [)") + features + R"(]}, "products": {"product": [)" + products
+            + R"(]}, "extensions": {)" + extensions + "}}";
+    };
+    // In canonical form, so that only theirs, which names a feature it lacks, is not.
+    const char *named = R"({"id": "p", "features": ["a", "b"], "modes": [], "profile_suffix": "",
+        "licensing": {"base": "", "specific": []}, "extensions": {"export": [], "export_as_project": [],
+        "export_as_scene": [], "import": [], "import_as_project": [], "open": []}})";
+    QTest::newRow("a named feature removed on one side, changed on the other")
+        << doc(R"({"id": "a"}, {"id": "b", "title": "B"})", named)
+        << doc(R"({"id": "a"}, {"id": "b", "title": "B2", "tooltip": "T"})", named) << doc(R"({"id": "a"})", named)
+        << false;
+    QTest::newRow("coverage of an extension one version lacks")
+        << doc("", "", R"("lic_coveradge": {"export": [{"id": "e", "lic": ["l"]}]})")
+        << doc("", "", R"("extension": [{"id": "e", "title": ""}], "lic_coveradge": {"export": [{"id": "e", "lic": ["l"]}]})")
+        << doc("", "", R"("extension": [{"id": "e", "title": "E"}], "lic_coveradge": {"export": [{"id": "e", "lic": ["l"]}]})")
+        << false;
+    QTest::newRow("products taken whole from theirs") << doc("", R"({"id": "p"}, {"id": "q"}, {"id": "r"})")
+                                                      << doc("", R"({"id": "p"}, {"id": "q"}, {"id": "r"})")
+                                                      << doc("", R"({"id": "p"}, {"id": "s"}, {"id": "r"})") << true;
+}
+
+void MergeShortcutTest::recordsThatMustStayInTheMerge()
+{
+    QFETCH(QByteArray, base);
+    QFETCH(QByteArray, ours);
+    QFETCH(QByteArray, theirs);
+    QFETCH(bool, canonical);
+    for (QByteArray *version : {&base, &ours, &theirs}) {
+        if (canonical)
+            *version = Bytes(CanonicalDocument::RegeneratedObject(Obj(*version)));
+    }
+    const DefinitionMergeResult expected = WholeMerge(Obj(base), Obj(ours), Obj(theirs));
+    const DefinitionMergeResult result = MergeDefinitionDocuments(base, ours, theirs);
+    QCOMPARE(result.bytes, expected.bytes);
+    QCOMPARE(Paths(result.conflicts), Paths(expected.conflicts));
 }
 
 QTEST_GUILESS_MAIN(MergeShortcutTest)
