@@ -127,24 +127,33 @@ QByteArray ConflictMarkers::Write(const QJsonObject &document, const QVector<Jso
         if (!conflicts.at(i).steps.isEmpty())
             marked = Place(marked, conflicts.at(i), 0, Placeholder(i));
     }
-    const QList<QByteArray> lines = CanonicalDocument::Bytes(marked.toObject()).split('\n');
+    const QByteArray written = CanonicalDocument::Bytes(marked.toObject());
+    if (conflicts.isEmpty())
+        return written;
+    // The lines that stand for conflicts, in the order they come; the rest is copied.
+    const QByteArray mark = QString(kMark).toUtf8();
     QByteArray bytes;
     QVector<const JsonMergeConflict *> run; // places on consecutive lines make one block
-    for (int i = 0; i < lines.size(); ++i) {
-        const int index = PlaceholderIndex(lines.at(i));
-        if (index >= 0 && index < conflicts.size()) {
-            run.append(&conflicts.at(index));
-            if (i + 1 < lines.size() && PlaceholderIndex(lines.at(i + 1)) >= 0)
-                continue;
-            _WriteBlock(bytes, run, lines.at(i));
-            run.clear();
+    int copied = 0;
+    for (int at = written.indexOf(mark); at >= 0;) {
+        const int start = written.lastIndexOf('\n', at) + 1;
+        const int end = written.indexOf('\n', at);
+        const QByteArray line = written.mid(start, end - start);
+        const int index = PlaceholderIndex(line);
+        at = written.indexOf(mark, end);
+        if (index < 0 || index >= conflicts.size())
             continue;
-        }
-        bytes += lines.at(i);
-        if (i + 1 < lines.size())
-            bytes += '\n';
+        if (run.isEmpty())
+            bytes += written.mid(copied, start - copied);
+        run.append(&conflicts.at(index));
+        copied = end + 1;
+        const int next = at < 0 ? -1 : written.lastIndexOf('\n', at) + 1;
+        if (next == copied && PlaceholderIndex(written.mid(next, written.indexOf('\n', next) - next)) >= 0)
+            continue;
+        _WriteBlock(bytes, run, line);
+        run.clear();
     }
-    return bytes;
+    return bytes + written.mid(copied);
 }
 
 // Appends the block for places on consecutive lines, `last` being the line of the last
