@@ -13,17 +13,33 @@ namespace ProductEditor {
 namespace {
 
 const QString kId = QStringLiteral("id");
-const QChar kMark(0xE000); // private use, so no definition text holds it
-
-QString Placeholder(int index)
+// A character of the private use area that neither the written document nor the names
+// on the way to a conflict hold, to mark the places of conflicts with; definition texts
+// hardly ever hold one, but they may.
+QByteArray MarkNotIn(const QByteArray &written, const QVector<JsonMergeConflict> &conflicts)
 {
-    return kMark + QString::number(index) + kMark;
+    QByteArray names;
+    for (const JsonMergeConflict &conflict : conflicts) {
+        for (const JsonMergeStep &step : conflict.steps)
+            names += step.key.toUtf8() + QJsonDocument(QJsonArray{step.identity}).toJson(QJsonDocument::Compact);
+    }
+    for (ushort code = 0xE000; code < 0xF8FF; ++code) {
+        const QByteArray mark = QString(QChar(code)).toUtf8();
+        if (!written.contains(mark) && !names.contains(mark))
+            return mark;
+    }
+    return QByteArray(); // every one of them: no place can be marked
+}
+
+QString Placeholder(const QByteArray &mark, int index)
+{
+    const QString text = QString::fromUtf8(mark);
+    return text + QString::number(index) + text;
 }
 
 // The conflict a line stands for, or -1.
-int PlaceholderIndex(const QByteArray &line)
+int PlaceholderIndex(const QByteArray &line, const QByteArray &mark)
 {
-    const QByteArray mark = QString(kMark).toUtf8();
     const int first = line.indexOf(mark);
     const int second = first < 0 ? -1 : line.indexOf(mark, first + mark.size());
     if (second < 0)
@@ -122,16 +138,17 @@ QByteArray MarkerLine(char sign, int size, const QString &label)
 
 QByteArray ConflictMarkers::Write(const QJsonObject &document, const QVector<JsonMergeConflict> &conflicts) const
 {
+    const QByteArray plain = CanonicalDocument::Bytes(document);
+    const QByteArray mark = conflicts.isEmpty() ? QByteArray() : MarkNotIn(plain, conflicts);
+    if (mark.isEmpty())
+        return plain;
     QJsonValue marked(document);
     for (int i = 0; i < conflicts.size(); ++i) {
         if (!conflicts.at(i).steps.isEmpty())
-            marked = Place(marked, conflicts.at(i), 0, Placeholder(i));
+            marked = Place(marked, conflicts.at(i), 0, Placeholder(mark, i));
     }
     const QByteArray written = CanonicalDocument::Bytes(marked.toObject());
-    if (conflicts.isEmpty())
-        return written;
     // The lines that stand for conflicts, in the order they come; the rest is copied.
-    const QByteArray mark = QString(kMark).toUtf8();
     QByteArray bytes;
     QVector<const JsonMergeConflict *> run; // places on consecutive lines make one block
     int copied = 0;
@@ -139,7 +156,7 @@ QByteArray ConflictMarkers::Write(const QJsonObject &document, const QVector<Jso
         const int start = written.lastIndexOf('\n', at) + 1;
         const int end = written.indexOf('\n', at);
         const QByteArray line = written.mid(start, end - start);
-        const int index = PlaceholderIndex(line);
+        const int index = PlaceholderIndex(line, mark);
         at = written.indexOf(mark, end);
         if (index < 0 || index >= conflicts.size())
             continue;
@@ -148,7 +165,7 @@ QByteArray ConflictMarkers::Write(const QJsonObject &document, const QVector<Jso
         run.append(&conflicts.at(index));
         copied = end + 1;
         const int next = at < 0 ? -1 : written.lastIndexOf('\n', at) + 1;
-        if (next == copied && PlaceholderIndex(written.mid(next, written.indexOf('\n', next) - next)) >= 0)
+        if (next == copied && PlaceholderIndex(written.mid(next, written.indexOf('\n', next) - next), mark) >= 0)
             continue;
         _WriteBlock(bytes, run, line);
         run.clear();

@@ -248,6 +248,10 @@ void JsonMergeTest::keepingAnySideIsValidJson_data()
     QTest::newRow("two conflicts in one record") << feature(R"("title":"T","tooltip":"x")")
                                                  << feature(R"("title":"U")")
                                                  << feature(R"("title":"V","tooltip":"y")");
+    // A text that looks like the mark of a conflict's place stays text.
+    const QByteArray marked = feature(R"("title":"T","tooltip":"\ue0000\ue000")");
+    QTest::newRow("a text like a place mark") << marked << QByteArray(marked).replace("\"T\"", "\"U\"")
+                                              << QByteArray(marked).replace("\"T\"", "\"V\"");
 }
 
 // Each side of a block, kept alone, must give a document that parses: what a person
@@ -273,6 +277,13 @@ void JsonMergeTest::keepingAnySideIsValidJson()
         QJsonParseError error;
         QJsonDocument::fromJson(kept, &error);
         QVERIFY2(error.error == QJsonParseError::NoError, qPrintable(QString(keep) + ": " + error.errorString()));
+        // The merged document holds ours' side where the sides conflict.
+        if (keep == '<')
+            QCOMPARE(kept.chopped(1), CanonicalDocument::Bytes(CanonicalDocument::RegeneratedObject(
+                                          MergeJson(CanonicalDocument::RegeneratedObject(Obj(base)),
+                                                    CanonicalDocument::RegeneratedObject(Obj(ours)),
+                                                    CanonicalDocument::RegeneratedObject(Obj(theirs)))
+                                              .merged.toObject())));
     }
 }
 
