@@ -1,6 +1,5 @@
 #include "store/CanonicalProductsCheck.h"
 
-#include "store/CanonicalDocument.h"
 #include "store/DefinitionKeys.h"
 
 #include <QJsonArray>
@@ -237,8 +236,7 @@ bool IsProductsPart(const QJsonValue &value, const QVector<QString> &featureIds)
 
 bool IsCanonicalProductsDocument(const QJsonObject &document)
 {
-    if (CanonicalDocument::KindOf(document) != CanonicalDocument::Products)
-        return false;
+    // Regeneration writes all three parts; a layout file or an empty object has none.
     QVector<QString> featureIds;
     return IsExtensionsPart(document.value(kExtensions)) && IsFeaturesPart(document.value(kFeatures), featureIds)
         && IsProductsPart(document.value(kProducts), featureIds);
