@@ -1,8 +1,9 @@
 // The three-way merge of a 100,000-feature products document against parsing its
 // three versions, measured in the same run. The versions are canonical, as the
-// editor and normalize write them; ours and theirs edit disjoint records. One more
-// run gives the merge a base whose features are out of order, as a hand edit might
-// leave them, which sends it the long way: every version regenerated.
+// editor and normalize write them; ours and theirs edit disjoint records. Two more
+// runs give the merge a base that is not canonical: its features out of order, as a
+// hand edit might leave them, and every feature with a default written out, as an
+// older tool might have written them, which sends the merge the long way.
 
 #include "BestTimeReporter.h"
 #include "SyntheticFolder.h"
@@ -51,18 +52,30 @@ struct Fixture
         bytes[0] = CanonicalDocument::Bytes(base);
         bytes[1] = CanonicalDocument::Bytes(Edited(base, 0, 100, QStringLiteral("ours"), 50));
         bytes[2] = CanonicalDocument::Bytes(Edited(base, 50, 100, QStringLiteral("theirs"), 50));
-        QJsonObject features = base.value(QStringLiteral("features")).toObject();
         QJsonArray reversed;
-        for (const QJsonValue entry : features.value(QStringLiteral("feature")).toArray())
+        QJsonArray defaults;
+        const QJsonArray entries = base.value(QStringLiteral("features")).toObject().value(QStringLiteral("feature")).toArray();
+        for (const QJsonValue entry : entries) {
             reversed.prepend(entry);
-        features.insert(QStringLiteral("feature"), reversed);
-        QJsonObject unordered = base;
-        unordered.insert(QStringLiteral("features"), features);
-        unorderedBase = CanonicalDocument::Bytes(unordered);
+            QJsonObject written = entry.toObject();
+            written.insert(QStringLiteral("visual"), true);
+            defaults.append(written);
+        }
+        unorderedBase = WithFeatures(base, reversed);
+        defaultsBase = WithFeatures(base, defaults);
+    }
+
+    static QByteArray WithFeatures(QJsonObject document, const QJsonArray &entries)
+    {
+        QJsonObject features = document.value(QStringLiteral("features")).toObject();
+        features.insert(QStringLiteral("feature"), entries);
+        document.insert(QStringLiteral("features"), features);
+        return CanonicalDocument::Bytes(document);
     }
 
     QByteArray bytes[3];
     QByteArray unorderedBase;
+    QByteArray defaultsBase;
 };
 
 const Fixture &TheFixture()
@@ -84,7 +97,9 @@ void MergeDocuments(benchmark::State &state)
 {
     const Fixture &fixture = TheFixture();
     const MergeInputs inputs = state.range(0) ? MergeInputs::Any : MergeInputs::Canonical;
-    const QByteArray &base = state.range(0) == 2 ? fixture.unorderedBase : fixture.bytes[0];
+    const QByteArray &base = state.range(0) == 2   ? fixture.unorderedBase
+                             : state.range(0) == 3 ? fixture.defaultsBase
+                                                   : fixture.bytes[0];
     for (auto _ : state) {
         const DefinitionMergeResult result =
             MergeDefinitionDocuments(base, fixture.bytes[1], fixture.bytes[2], ConflictMarkers(), inputs);
@@ -124,11 +139,12 @@ void WriteOne(benchmark::State &state)
 int main(int argc, char **argv)
 {
     benchmark::RegisterBenchmark("ParseThree", &ParseThree)->Unit(benchmark::kMillisecond);
-    // 0: inputs known to be canonical; 1: inputs of any form; 2: the same with a base out of order.
+    // 0: inputs known to be canonical; 1: inputs of any form; 2 and 3: a base that is not canonical.
     benchmark::RegisterBenchmark("MergeDocuments", &MergeDocuments)
         ->Arg(0)
         ->Arg(1)
         ->Arg(2)
+        ->Arg(3)
         ->Unit(benchmark::kMillisecond);
     for (const auto &entry : {std::make_pair("CanonicalizeOne", &CanonicalizeOne),
                               std::make_pair("MergeValues", &MergeValues), std::make_pair("WriteOne", &WriteOne)})
@@ -142,7 +158,8 @@ int main(int argc, char **argv)
                 kFeatures, parse * 1e3);
     const char *runs[][2] = {{"0", "canonical, known to be (--assume-canonical)"},
                              {"1", "canonical (the default)"},
-                             {"2", "base out of order (the default, the long way)"}};
+                             {"2", "base with its features out of order"},
+                             {"3", "base with a default written out in every feature (the long way)"}};
     for (const auto &run : runs) {
         const double merge = reporter.seconds("MergeDocuments", run[0]);
         std::printf("| %s | %.1f | %.2fx |\n", run[1], merge * 1e3, merge / parse);

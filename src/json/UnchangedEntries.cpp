@@ -6,6 +6,8 @@
 #include <QHash>
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 namespace ProductEditor {
 
@@ -76,6 +78,23 @@ QHash<QString, int> ProductPositions(const QJsonArray &entries)
     return positions;
 }
 
+// Position of each id, -1 for an id used more than once; false when an id is not a string.
+bool IdPositions(const QJsonArray &entries, QHash<QString, int> &positions)
+{
+    positions.reserve(entries.size());
+    for (int i = 0; i < entries.size(); ++i) {
+        const QJsonValue id = entries.at(i).toObject().value(Keys::kId);
+        if (!id.isString())
+            return false;
+        auto slot = positions.find(id.toString());
+        if (slot == positions.end())
+            positions.insert(id.toString(), i);
+        else
+            slot.value() = -1;
+    }
+    return true;
+}
+
 // Whether the three versions hold the same entry where they stand.
 bool Alike(OrderedCursor *cursors)
 {
@@ -130,7 +149,7 @@ bool UnchangedEntries::Find(const QJsonObject &base, const QJsonObject &ours, co
             array.unchanged[side].fill(false, entries[side].size());
         if (!IsIdOrdered(path))
             _FindProducts(array, entries);
-        else if (!_FindOrdered(array, entries))
+        else if (!_FindOrdered(array, entries) && !_FindUnordered(array, entries))
             return false;
         m_arrays.append(array);
     }
@@ -142,6 +161,9 @@ bool UnchangedEntries::_FindOrdered(Array &array, const QJsonArray *entries)
 {
     OrderedCursor cursors[3] = {OrderedCursor(entries[Base]), OrderedCursor(entries[Ours]),
                                 OrderedCursor(entries[Theirs])};
+    // A version out of order shows only where its cursor moves, which one that lags far
+    // behind may not do for long; so many differences are no longer worth walking.
+    int differences = qMax(64, entries[Ours].size() / 8);
     while (!cursors[Base].AtEnd() || !cursors[Ours].AtEnd() || !cursors[Theirs].AtEnd()) {
         QString id;
         if (Alike(cursors)) {
@@ -160,7 +182,7 @@ bool UnchangedEntries::_FindOrdered(Array &array, const QJsonArray *entries)
             continue;
         }
         int holders = 0;
-        if (!LeastId(cursors, id, holders))
+        if (--differences < 0 || !LeastId(cursors, id, holders))
             return false;
         _NoteHolders(array, id, holders);
         for (OrderedCursor &cursor : cursors) {
@@ -196,6 +218,47 @@ void UnchangedEntries::_FindProducts(Array &array, const QJsonArray *entries)
             array.entries.append(entries[Ours].at(i));
         }
     }
+}
+
+// The same where a version keeps the array out of order, as a hand edit may leave it:
+// entries are matched by id through a hash, and the unchanged ones are put in id order,
+// which is where they go back. False when an id is not a string.
+bool UnchangedEntries::_FindUnordered(Array &array, const QJsonArray *entries)
+{
+    // What the side by side walk noted before it stopped.
+    array.ids.clear();
+    array.entries = QJsonArray();
+    for (int side = Base; side <= Theirs; ++side)
+        array.unchanged[side].fill(false);
+    (IsFeatures(array.path) ? m_removedFeatures : m_sharedExtensions).clear();
+
+    QHash<QString, int> positions[3];
+    for (int side = Base; side <= Theirs; ++side) {
+        if (!IdPositions(entries[side], positions[side]))
+            return false;
+    }
+    // What is noted of ids is about those of the base: removed features, shared extensions.
+    for (auto it = positions[Base].cbegin(); it != positions[Base].cend(); ++it) {
+        const int holders = (1 << Base) | (positions[Ours].contains(it.key()) ? 1 << Ours : 0)
+            | (positions[Theirs].contains(it.key()) ? 1 << Theirs : 0);
+        _NoteHolders(array, it.key(), holders);
+    }
+    QVector<std::pair<QString, std::array<int, 3>>> kept;
+    for (auto it = positions[Ours].cbegin(); it != positions[Ours].cend(); ++it) {
+        const std::array<int, 3> at{positions[Base].value(it.key(), -1), it.value(),
+                                    positions[Theirs].value(it.key(), -1)};
+        if (at[Base] < 0 || at[Ours] < 0 || at[Theirs] < 0)
+            continue;
+        const QJsonValue entry = entries[Ours].at(at[Ours]);
+        if (entry == entries[Base].at(at[Base]) && entry == entries[Theirs].at(at[Theirs]) && _Usable(array, entry))
+            kept.append({it.key(), at});
+    }
+    std::sort(kept.begin(), kept.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
+    for (const auto &entry : kept) {
+        array.ids.append(entry.first);
+        _Keep(array, entries, entry.second.data());
+    }
+    return true;
 }
 
 // The merge takes a whole array from one side when the other left it as the base has it,

@@ -38,6 +38,7 @@ private:
     };
 
     bool _FindOrdered(Array &array, const QJsonArray *entries);
+    bool _FindUnordered(Array &array, const QJsonArray *entries);
     void _FindProducts(Array &array, const QJsonArray *entries);
     void _FindProductsLead(const QJsonArray *entries);
     void _NoteHolders(const Array &array, const QString &id, int holders);
