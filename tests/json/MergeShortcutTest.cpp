@@ -4,6 +4,7 @@
 
 #include "json/CanonicalMergedDocument.h"
 #include "json/DefinitionMerge.h"
+#include "json/KeyedArrays.h"
 #include "json/UnchangedEntries.h"
 #include "store/CanonicalDocument.h"
 #include "store/CanonicalProductsCheck.h"
@@ -105,17 +106,15 @@ public:
     // adds too), removed, and now and then written in a form that is not canonical.
     QJsonObject Edited(QJsonObject document)
     {
+        using namespace KeyedArrays;
         for (int edit = Pick(4); edit >= 0; --edit) {
-            const int kind = Pick(8);
-            const QStringList path = kind < 3   ? QStringList{"features", "feature"}
-                                     : kind < 5 ? QStringList{"products", "product"}
-                                     : kind < 7 ? QStringList{"extensions", "extension"}
-                                                : QStringList{"extensions", "lic_coveradge", "export"};
-            QJsonArray entries = At(document, path).toArray();
+            const QStringList &path = Paths().at(Pick(Paths().size()));
+            QJsonArray entries = ValueAt(document, path).toArray();
             const int at = Pick(entries.size() + 1);
             const QString id = QString(QChar(path.last().at(0))) + QString::number(Pick(16));
-            QJsonObject fresh = kind < 3 ? Feature(id) : kind < 5 ? Product(id) : kind < 7 ? Extension(id)
-                                                                                          : Coverage(Name('e', 5));
+            QJsonObject fresh = IsFeatures(path) ? Feature(id) : IsExtensions(path) ? Extension(id)
+                                : IsCoverage(path)                                 ? Coverage(Name('e', 5))
+                                                                                   : Product(id);
             if (at == entries.size()) {
                 entries.append(fresh);
             } else if (Chance(30)) {
@@ -125,26 +124,9 @@ public:
                     fresh.insert("id", entries.at(at).toObject().value("id"));
                 entries[at] = fresh;
             }
-            document = With(document, path, entries);
+            document = WithValueAt(document, path, entries);
         }
         return Chance(75) ? CanonicalDocument::RegeneratedObject(document) : document;
-    }
-
-    static QJsonValue At(const QJsonObject &document, const QStringList &path)
-    {
-        QJsonValue value = document;
-        for (const QString &key : path)
-            value = value.toObject().value(key);
-        return value;
-    }
-
-    static QJsonObject With(QJsonObject document, const QStringList &path, const QJsonValue &value)
-    {
-        if (path.size() == 1)
-            document.insert(path.first(), value);
-        else
-            document.insert(path.first(), With(document.value(path.first()).toObject(), path.mid(1), value));
-        return document;
     }
 
 private:
@@ -200,8 +182,6 @@ void MergeShortcutTest::checkRefusesWhatRegenerationWouldChange_data()
 
     QTest::newRow("a default written out") << QByteArray(R"("id": "b")") << QByteArray(R"("id": "b", "visual": true)");
     QTest::newRow("an empty title") << QByteArray(R"("id": "b")") << QByteArray(R"("id": "b", "title": "")");
-    QTest::newRow("a title that is no string") << QByteArray(R"("id": "b")") << QByteArray(R"("id": "b", "title": 1)");
-    QTest::newRow("an unknown member") << QByteArray(R"("id": "b")") << QByteArray(R"("id": "b", "x": 1)");
     QTest::newRow("features out of order") << QByteArray(R"("id": "b")") << QByteArray(R"("id": "0")");
     QTest::newRow("a feature id twice") << QByteArray(R"("id": "b")") << QByteArray(R"("id": "a")");
     QTest::newRow("a product naming a missing feature") << QByteArray(R"(["a", "b"])") << QByteArray(R"(["a", "z"])");
