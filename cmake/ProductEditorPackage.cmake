@@ -20,6 +20,10 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER ${CPACK_PACKAGE_CONTACT})
 # against the installed package also needs Qt's development files.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_BINARY_DIR}/lib)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qtbase5-dev (>= 5.15)")
+if(PE_QT_MAJOR STREQUAL "5")
+    set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qtbase5-dev (>= ${PE_QT_MINIMUM})")
+else()
+    set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-base-dev (>= ${PE_QT_MINIMUM})")
+endif()
 
 include(CPack)

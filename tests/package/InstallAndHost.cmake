@@ -1,8 +1,8 @@
 # Installs the build into a fresh prefix under WORK_DIR, checks the installed layout,
 # runs the installed program, then builds and runs a host against the installed package.
 #   cmake -DBUILD_DIR=... -DWORK_DIR=... -DHOST_SOURCE_DIR=... -DLIBDIR=... -DGENERATOR=...
-#         -DMAKE_PROGRAM=... -DCXX_COMPILER=... [-DHOST_FLAGS=...] -P InstallAndHost.cmake
-foreach(var BUILD_DIR WORK_DIR HOST_SOURCE_DIR LIBDIR GENERATOR CXX_COMPILER)
+#         -DMAKE_PROGRAM=... -DCXX_COMPILER=... -DQT_MAJOR=... [-DHOST_FLAGS=...] -P InstallAndHost.cmake
+foreach(var BUILD_DIR WORK_DIR HOST_SOURCE_DIR LIBDIR GENERATOR CXX_COMPILER QT_MAJOR)
     if(NOT DEFINED ${var})
         message(FATAL_ERROR "${var} is not set")
     endif()
@@ -43,6 +43,15 @@ foreach(path include/ProductEditor/editor/EditorPrivate.h bin/editor_EditorFormT
     endif()
 endforeach()
 
+# The library links the Qt major it was built for, and no other.
+file(GET_RUNTIME_DEPENDENCIES LIBRARIES ${prefix}/${LIBDIR}/libproduct_editor.so
+    RESOLVED_DEPENDENCIES_VAR resolved UNRESOLVED_DEPENDENCIES_VAR unresolved)
+list(FILTER resolved INCLUDE REGEX "/libQt[0-9]Core\\.so")
+list(TRANSFORM resolved REPLACE ".*/libQt([0-9])Core\\.so.*" "\\1")
+if(NOT resolved STREQUAL QT_MAJOR)
+    message(FATAL_ERROR "the installed library links Qt '${resolved}', expected Qt ${QT_MAJOR}")
+endif()
+
 # The installed program must find the installed library through its own RPATH.
 run("installed program" ${prefix}/bin/product-editor check ${examples})
 
@@ -55,6 +64,6 @@ if(HOST_FLAGS)
 endif()
 run("host configure" ${CMAKE_COMMAND} -S ${HOST_SOURCE_DIR} -B ${WORK_DIR}/host -G ${GENERATOR}
     -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_PREFIX_PATH=${prefix}
-    -DCMAKE_FIND_PACKAGE_NO_PACKAGE_REGISTRY=ON ${host_args})
+    -DCMAKE_FIND_PACKAGE_NO_PACKAGE_REGISTRY=ON -DEXPECTED_QT_MAJOR=${QT_MAJOR} ${host_args})
 run("host build" ${CMAKE_COMMAND} --build ${WORK_DIR}/host)
 run("host run" ${WORK_DIR}/host/host ${examples})

@@ -5,17 +5,25 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QFile>
+#include <QLibraryInfo>
 #include <QMainWindow>
+#include <QVersionNumber>
 
 #include <memory>
 
 #ifdef PRODUCT_EDITOR_BUILD
 #error "a host must import the library's symbols, not export them"
 #endif
+#if QT_VERSION_MAJOR != PE_HOST_QT_MAJOR
+#error "the host is compiled against another Qt than the package was built with"
+#endif
 
 int main(int argc, char **argv)
 {
     QApplication app(argc, argv);
+    // The library and the host must share one Qt at run time too.
+    if (QLibraryInfo::version().majorVersion() != PE_HOST_QT_MAJOR)
+        return 2;
     const auto read = [](const QString &path) {
         QFile file(path);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
