@@ -9,6 +9,7 @@
 #include "ui_VantixJSONEditor.h"
 
 #include <QAbstractProxyModel>
+#include <QEvent>
 #include <QTimer>
 #include <QUndoCommand>
 #include <QUndoStack>
@@ -92,6 +93,19 @@ void UndoHistory::Flush()
     RecordsSnapshot before = m_current;
     m_current = now;
     m_stack.push(new SnapshotCommand(*this, std::move(before), std::move(now)));
+}
+
+void UndoHistory::Watch(QAbstractItemView *view)
+{
+    view->viewport()->installEventFilter(this);
+}
+
+// Focus moves before the press reaches the view, so the field's commit is in by now.
+bool UndoHistory::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::MouseButtonPress)
+        Flush();
+    return QObject::eventFilter(watched, event);
 }
 
 void UndoHistory::Clear()

@@ -30,9 +30,15 @@ public:
     void Flush();
     // After a load: the records as they are now are the clean state, with nothing to undo.
     void Clear();
+    // A view that moves through the stack itself: a click on it first records
+    // what the click committed elsewhere (a field that loses focus).
+    void Watch(QAbstractItemView *view);
     // Puts `snapshot` back and refreshes every view, keeping the current
     // feature, product and extension where they still exist.
     void Restore(const RecordsSnapshot &snapshot);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void _Schedule();

@@ -7,12 +7,15 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QDockWidget>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
+#include <QStyle>
 #include <QTabBar>
+#include <QUndoView>
 
 namespace ProductEditor {
 
@@ -112,6 +115,7 @@ void VantixJSONEditor::_InitEditMenu()
         d->history->Flush();
         d->undoStack.redo();
     });
+    menu->addAction(_CreateHistoryDock());
     connect(&stack, &QUndoStack::canUndoChanged, undo, &QAction::setEnabled);
     connect(&stack, &QUndoStack::canRedoChanged, redo, &QAction::setEnabled);
     connect(&stack, &QUndoStack::cleanChanged, this, [this](bool clean) {
@@ -124,6 +128,24 @@ void VantixJSONEditor::_InitEditMenu()
         QEvent changed(QEvent::ModifiedChange);
         QCoreApplication::sendEvent(this, &changed);
     });
+}
+
+// Edit > History: the steps of the undo stack; clicking one goes back or forward to it.
+QAction *VantixJSONEditor::_CreateHistoryDock()
+{
+    auto *dock = new QDockWidget(QStringLiteral("History"), this);
+    dock->setObjectName(QStringLiteral("mp_dock_history"));
+    auto *view = new QUndoView(&d->undoStack, dock);
+    view->setObjectName(QStringLiteral("mp_lst_history"));
+    view->setEmptyLabel(QStringLiteral("Loaded"));
+    view->setCleanIcon(style()->standardIcon(QStyle::SP_DialogSaveButton));
+    d->history->Watch(view);
+    dock->setWidget(view);
+    addDockWidget(Qt::RightDockWidgetArea, dock);
+    dock->hide();
+    QAction *toggle = dock->toggleViewAction();
+    toggle->setObjectName(QStringLiteral("mp_run_history"));
+    return toggle;
 }
 
 QString VantixJSONEditor::_AskFolder(const QString &caption)

@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 
+class QAction;
 class QKeyEvent;
 
 namespace ProductEditor {
@@ -45,6 +46,7 @@ private:
     void _InitQueryTab();
     void _InitExtensionTab();
     void _InitEditMenu();
+    QAction *_CreateHistoryDock();
 
     void _TabBarChanged(int index);
     void keyPressEvent(QKeyEvent *event) override;

@@ -1,6 +1,10 @@
 #include "EditorFixture.h"
 
 #include <QAction>
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QUndoStack>
+#include <QUndoView>
 
 // Every change is one step on the Edit menu's stack; undoing it gives back the very
 // bytes a save wrote before it.
@@ -13,6 +17,56 @@ class EditorUndoTest : public QObject, EditorTestState
         editor->folder.written.clear();
         editor->run("mp_run_save");
         return editor->folder.written;
+    }
+
+    QUndoView *history() const { return editor->find<QUndoView>("mp_lst_history"); }
+    QUndoStack *stack() const { return history()->stack(); }
+    void click(const char *name, int row, int column)
+    {
+        const int rows = editor->model(name)->rowCount();
+        if (rows > 0)
+            emit view(name)->clicked(cell(name, row % rows, column));
+    }
+
+    // One edit the way the window makes it, picked by `random`.
+    void randomEdit(QRandomGenerator &random)
+    {
+        const int features = editor->model("mp_lst_features")->rowCount();
+        const int row = random.bounded(qMax(features, 1));
+        view("mp_lst_features")->setCurrentIndex(cell("mp_lst_features", row, 0));
+        const int at = random.bounded(8);
+        switch (random.bounded(8)) {
+        case 0:
+            editor->model("mp_lst_features")->setData(cell("mp_lst_features", row, 1 + at % 3), QString("t%1").arg(at));
+            break;
+        case 1:
+            editor->model("mp_lst_features")->setData(cell("mp_lst_features", row, 4 + at % 2),
+                                                      !cell("mp_lst_features", row, 4 + at % 2).data().toBool());
+            break;
+        case 2:
+            click("mp_lst_feature_product", at, 0);
+            break;
+        case 3:
+            view("mp_lst_feature_product")->setCurrentIndex(cell("mp_lst_feature_product", at % 2, 1));
+            click("mp_lst_feature_layout", at / 2, at % 2);
+            break;
+        case 4:
+            click("mp_lst_specific_license", at, 0);
+            break;
+        case 5:
+            editor->run(features > 1 && at % 2 ? "mp_btn_remove_current" : "mp_btn_add_new_feature");
+            break;
+        case 6:
+            click("mp_lst_ext_product", at, 1 + at % 6);
+            break;
+        default:
+            editor->model("mp_lst_features")->setData(cell("mp_lst_features", row, 1), "to apply");
+            QTest::qWait(0);
+            editor->run("mp_btn_update");
+            editor->run(at % 2 ? "mp_btn_take_right" : "mp_btn_take_left");
+            editor->run("mp_btn_apply_patch");
+        }
+        QTest::qWait(0);
     }
 
 private slots:
@@ -69,6 +123,64 @@ private slots:
         QCOMPARE(editor->text("mp_edt_id"), current);
         editor->find<QAction>("mp_run_redo")->trigger();
         QCOMPARE(save(), after);
+    }
+
+    // Seeded edits through the window; undoing them all saves the original bytes,
+    // redoing them all the bytes saved after them.
+    void undoAllRedoAll_data()
+    {
+        QTest::addColumn<quint32>("seed");
+        for (quint32 seed : {1u, 2u, 3u, 4u, 5u, 6u})
+            QTest::newRow(qPrintable(QString("seed %1").arg(seed))) << seed;
+    }
+    void undoAllRedoAll()
+    {
+        QFETCH(quint32, seed);
+        QRandomGenerator random(seed);
+        const auto original = save();
+        for (int i = 0; i < 12; ++i)
+            randomEdit(random);
+        const auto edited = save();
+        QSignalSpy indexes(stack(), &QUndoStack::indexChanged);
+        const int steps = stack()->index();
+        QVERIFY(steps > 0);
+        while (stack()->canUndo())
+            editor->run("mp_run_undo");
+        QCOMPARE(indexes.size(), steps);
+        QCOMPARE(save(), original);
+        while (stack()->canRedo())
+            editor->run("mp_run_redo");
+        QCOMPARE(save(), edited);
+        QCOMPARE(indexes.takeLast().at(0).toInt(), steps);
+    }
+
+    // Edit > History lists the steps; a click moves there, and the saved step is marked.
+    void historyMovesToTheClickedStep()
+    {
+        editor->show(0);
+        editor->find<QAction>("mp_run_history")->trigger();
+        QVERIFY(history()->isVisible());
+        editor->model("mp_lst_features")->setData(cell("mp_lst_features", 0, 1), "Saved");
+        QTest::qWait(0);
+        save();
+        // A typed field commits as it loses focus, on the click itself.
+        auto *title = editor->find<QLineEdit>("mp_edt_title");
+        title->setFocus();
+        title->selectAll();
+        QTest::keyClicks(title, "Typed");
+        QVERIFY(title->hasFocus());
+        const QModelIndex loaded = history()->model()->index(0, 0);
+        QCOMPARE(loaded.data().toString(), "Loaded");
+        QTest::mouseClick(history()->viewport(), Qt::LeftButton, {}, history()->visualRect(loaded).center());
+        QCOMPARE(stack()->count(), 2);
+        QCOMPARE(stack()->index(), 0);
+        QCOMPARE(editor->text("mp_edt_title"), "Open");
+        QTest::mouseClick(history()->viewport(), Qt::LeftButton, {},
+                          history()->visualRect(history()->model()->index(2, 0)).center());
+        QCOMPARE(editor->text("mp_edt_title"), "Typed");
+        QVERIFY(editor->window->isWindowModified());
+        QCOMPARE(history()->model()->index(1, 0).data(Qt::DecorationRole).isNull(), false);
+        QVERIFY(history()->model()->index(2, 0).data(Qt::DecorationRole).value<QIcon>().isNull());
     }
 
     // A folder that is loaded again has nothing to undo and nothing unsaved.
