@@ -6,6 +6,8 @@
 #include "models/Model.h"
 #include "models/ModelReset.h"
 #include "models/ProductsModel.h"
+#include "store/ChangeWording.h"
+#include "store/RecordComparison.h"
 #include "ui_VantixJSONEditor.h"
 
 #include <QAbstractProxyModel>
@@ -26,7 +28,7 @@ class SnapshotCommand : public QUndoCommand
 {
 public:
     SnapshotCommand(UndoHistory &history, RecordsSnapshot before, RecordsSnapshot after)
-        : QUndoCommand(QStringLiteral("Edit"))
+        : QUndoCommand(NameEdit(CompareRecords(before, after)))
         , m_history(history)
         , m_before(std::move(before))
         , m_after(std::move(after))

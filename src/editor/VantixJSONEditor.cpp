@@ -118,6 +118,14 @@ void VantixJSONEditor::_InitEditMenu()
     menu->addAction(_CreateHistoryDock());
     connect(&stack, &QUndoStack::canUndoChanged, undo, &QAction::setEnabled);
     connect(&stack, &QUndoStack::canRedoChanged, redo, &QAction::setEnabled);
+    // "Undo Hide feature open": the step's name, with its '&' kept from becoming a mnemonic.
+    const auto naming = [](QAction *action, const QString &verb) {
+        return [action, verb](const QString &name) {
+            action->setText(name.isEmpty() ? verb : verb + QLatin1Char(' ') + QString(name).replace('&', "&&"));
+        };
+    };
+    connect(&stack, &QUndoStack::undoTextChanged, undo, naming(undo, QStringLiteral("Undo")));
+    connect(&stack, &QUndoStack::redoTextChanged, redo, naming(redo, QStringLiteral("Redo")));
     connect(&stack, &QUndoStack::cleanChanged, this, [this](bool clean) {
         // The form's title has no "[*]" to mark; a host that gives it one sees the mark.
         if (windowTitle().contains(QLatin1String("[*]"))) {

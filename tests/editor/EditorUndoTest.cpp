@@ -77,16 +77,18 @@ private slots:
     {
         QTest::addColumn<QString>("change");
         QTest::addColumn<QString>("current"); // the feature current after the undo
-        QTest::newRow("title edit") << "edit" << "mesh_cut";
-        QTest::newRow("product mark") << "toggle" << "mesh_cut";
+        QTest::addColumn<QString>("name");    // of the step, on the Edit menu
+        QTest::newRow("title edit") << "edit" << "mesh_cut" << "Set title of feature mesh_cut to \"Changed\"";
+        QTest::newRow("product mark") << "toggle" << "mesh_cut" << "Add feature mesh_cut to product basic";
         // The current feature stays where the change left it.
-        QTest::newRow("feature removal") << "remove" << "file_save";
-        QTest::newRow("apply changes") << "apply" << "file_open";
+        QTest::newRow("feature removal") << "remove" << "file_save" << "Remove feature mesh_cut";
+        QTest::newRow("apply changes") << "apply" << "file_open" << "Set title of feature file_open to \"Open\"";
     }
     void undoRedo()
     {
         QFETCH(QString, change);
         QFETCH(QString, current);
+        QFETCH(QString, name);
         view("mp_lst_features")->setCurrentIndex(cell("mp_lst_features", 2, 0));
         // Apply has something to take only after an edit; the edit is saved first.
         if (change == "apply")
@@ -111,6 +113,7 @@ private slots:
         }
         QTRY_VERIFY(editor->window->isWindowModified());
         QVERIFY(undo->isEnabled());
+        QCOMPARE(undo->text(), "Undo " + name);
         const auto after = save();
         QVERIFY(!editor->window->isWindowModified());
         if (change != "apply")
@@ -121,6 +124,7 @@ private slots:
         QCOMPARE(save(), before);
         QCOMPARE(cell("mp_lst_features", view("mp_lst_features")->currentIndex().row(), 0).data().toString(), current);
         QCOMPARE(editor->text("mp_edt_id"), current);
+        QCOMPARE(editor->find<QAction>("mp_run_redo")->text(), "Redo " + name);
         editor->find<QAction>("mp_run_redo")->trigger();
         QCOMPARE(save(), after);
     }

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "ProductEditorExport.h"
+
+#include <QString>
+#include <QVector>
+
+namespace ProductEditor {
+
+// One difference between two sets of records, in the terms a maintainer uses:
+// which record, what happened to it, and the values before and after.
+struct PRODUCT_EDITOR_EXPORT RecordChange
+{
+    enum class Record { Feature, Product, Layout, License, Extension };
+    enum class Kind {
+        Added,   // `before` names the record it duplicates, when it is a copy of one
+        Removed,
+        Renamed, // `id` is the old id, `after` the new one
+        Changed, // `field` went from `before` to `after` ("true"/"false" for flags)
+        Gained,  // the name list `field` gained `after`
+        Lost,    // the name list `field` lost `before`
+    };
+
+    Record record = Record::Feature;
+    Kind kind = Kind::Changed;
+    QString id;
+    QString field; // the document key: "title", "products", "open", "specific", ...
+    QString entry; // the licensing entry a "specific" license belongs to
+    QString before;
+    QString after;
+};
+
+using RecordChanges = QVector<RecordChange>;
+
+} // namespace ProductEditor

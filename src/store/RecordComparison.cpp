@@ -1,0 +1,328 @@
+#include "store/RecordComparison.h"
+
+#include "store/DefinitionKeys.h"
+
+#include <QSet>
+#include <QStringList>
+
+#include <algorithm>
+
+namespace ProductEditor {
+
+namespace {
+
+using Record = RecordChange::Record;
+using Kind = RecordChange::Kind;
+
+// Record comparisons spent looking for renames and duplicates, per kind of record:
+// enough to scan a hundred thousand features for the source of a few copies.
+constexpr int kCopySearchBudget = 400000;
+
+RecordChange MakeChange(Record record, Kind kind, const QString &id)
+{
+    RecordChange change;
+    change.record = record;
+    change.kind = kind;
+    change.id = id;
+    return change;
+}
+
+QStringList SortedMinus(const QSet<QString> &set, const QSet<QString> &other)
+{
+    QStringList names;
+    for (const QString &name : set) {
+        if (!other.contains(name))
+            names.append(name);
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+// The changes of one record, field by field; without a list it only tells whether
+// the two records differ.
+class RecordDiff
+{
+public:
+    RecordDiff(RecordChanges *out, Record record, const QString &id)
+        : m_out(out)
+        , m_record(record)
+        , m_id(id)
+    {
+    }
+
+    bool differs() const { return m_differs; }
+
+    void Value(const QString &field, const QString &before, const QString &after)
+    {
+        if (before != after)
+            Add(Kind::Changed, field, before, after);
+    }
+
+    void Flag(const QString &field, bool before, bool after)
+    {
+        if (before != after)
+            Add(Kind::Changed, field, BoolText(before), BoolText(after));
+    }
+
+    void Names(const QString &field, const QSet<QString> &before, const QSet<QString> &after,
+               const QString &entry = QString())
+    {
+        if (before == after)
+            return;
+        m_differs = true;
+        if (!m_out)
+            return;
+        for (const QString &name : SortedMinus(after, before))
+            Add(Kind::Gained, field, QString(), name, entry);
+        for (const QString &name : SortedMinus(before, after))
+            Add(Kind::Lost, field, name, QString(), entry);
+    }
+
+private:
+    static QString BoolText(bool value) { return value ? QStringLiteral("true") : QStringLiteral("false"); }
+
+    void Add(Kind kind, const QString &field, const QString &before, const QString &after,
+             const QString &entry = QString())
+    {
+        m_differs = true;
+        if (!m_out)
+            return;
+        RecordChange change = MakeChange(m_record, kind, m_id);
+        change.field = field;
+        change.entry = entry;
+        change.before = before;
+        change.after = after;
+        m_out->append(change);
+    }
+
+    RecordChanges *m_out; // not owned; null when only asked whether the records differ
+    Record m_record;
+    const QString &m_id;
+    bool m_differs = false;
+};
+
+void DiffFeature(RecordDiff &diff, const VantixFeatureData &a, const VantixFeatureData &b)
+{
+    diff.Value(Keys::kTitle, a.title, b.title);
+    diff.Value(Keys::kTooltip, a.tooltip, b.tooltip);
+    diff.Value(Keys::kStatustip, a.statustip, b.statustip);
+    diff.Flag(Keys::kVisual, a.visual, b.visual);
+    diff.Flag(Keys::kEmergency, a.emergency, b.emergency);
+    diff.Names(Keys::kProducts, a.productIds, b.productIds);
+    diff.Names(Keys::kLayouts, a.layoutNames, b.layoutNames);
+}
+
+void DiffAccess(RecordDiff &diff, const ExtensionAccess &a, const ExtensionAccess &b)
+{
+    diff.Names(Keys::kOpen, a.open, b.open);
+    diff.Names(Keys::kImport, a.import, b.import);
+    diff.Names(Keys::kImportAsProject, a.import_as_project, b.import_as_project);
+    diff.Names(Keys::kExport, a.export_, b.export_);
+    diff.Names(Keys::kExportAsProject, a.export_as_project, b.export_as_project);
+    diff.Names(Keys::kExportAsScene, a.export_as_scene, b.export_as_scene);
+}
+
+void DiffLayout(RecordDiff &diff, const LayoutData &a, const LayoutData &b)
+{
+    DiffAccess(diff, a, b);
+}
+
+void DiffProduct(RecordDiff &diff, const ProductData &a, const ProductData &b)
+{
+    diff.Value(Keys::kBase, a.base, b.base);
+    diff.Value(Keys::kProfileSuffix, a.profile_suffix, b.profile_suffix);
+    diff.Names(Keys::kModes, a.modes, b.modes);
+    DiffAccess(diff, a.extensions, b.extensions);
+    if (a.specificLicenses == b.specificLicenses)
+        return;
+    QStringList entries = a.specificLicenses.keys() + b.specificLicenses.keys();
+    std::sort(entries.begin(), entries.end());
+    entries.erase(std::unique(entries.begin(), entries.end()), entries.end());
+    for (const QString &entry : entries)
+        diff.Names(Keys::kSpecific, a.specificLicenses.value(entry), b.specificLicenses.value(entry), entry);
+}
+
+void DiffLicense(RecordDiff &diff, const QString &a, const QString &b)
+{
+    diff.Value(QStringLiteral("text"), a, b);
+}
+
+void DiffExtension(RecordDiff &diff, const ExtensionInfo &a, const ExtensionInfo &b)
+{
+    diff.Value(Keys::kTitle, a.title, b.title);
+    diff.Value(Keys::kExt, a.ext, b.ext);
+    diff.Flag(Keys::kSlicesSupport, a.slices_support, b.slices_support);
+    diff.Flag(Keys::kCadSupport, a.cad_support, b.cad_support);
+    diff.Flag(Keys::kLoadAsPart, a.load_as_part, b.load_as_part);
+    diff.Flag(Keys::kMultiplePartsSupport, a.multiple_parts_support, b.multiple_parts_support);
+    diff.Names(Keys::kImport, a.importLicenses, b.importLicenses);
+    diff.Names(Keys::kExport, a.exportLicenses, b.exportLicenses);
+}
+
+// The records of one kind on both sides, and how two of them compare.
+template <typename Value>
+class KindComparison
+{
+public:
+    using Diff = void (*)(RecordDiff &, const Value &, const Value &);
+
+    KindComparison(Record record, const QMap<QString, Value> &before, const QMap<QString, Value> &after, Diff diff)
+        : m_record(record)
+        , m_before(before)
+        , m_after(after)
+        , m_diff(diff)
+    {
+    }
+
+    RecordChanges Run()
+    {
+        RecordChanges changes;
+        if (m_before.isSharedWith(m_after))
+            return changes;
+        auto left = m_before.cbegin(), right = m_after.cbegin();
+        while (left != m_before.cend() || right != m_after.cend()) {
+            if (right == m_after.cend() || (left != m_before.cend() && left.key() < right.key())) {
+                changes.append(MakeChange(m_record, Kind::Removed, left.key()));
+                ++left;
+            } else if (left == m_before.cend() || right.key() < left.key()) {
+                changes.append(MakeChange(m_record, Kind::Added, right.key()));
+                ++right;
+            } else {
+                RecordDiff diff(&changes, m_record, left.key());
+                m_diff(diff, left.value(), right.value());
+                ++left;
+                ++right;
+            }
+        }
+        MatchCopies(changes);
+        return changes;
+    }
+
+private:
+    bool Same(const Value &a, const Value &b)
+    {
+        --m_budget;
+        RecordDiff diff(nullptr, m_record, m_probeId);
+        m_diff(diff, a, b);
+        return !diff.differs();
+    }
+
+    // Pairs removed and added records of equal content as renames, then names the
+    // record each remaining addition copies.
+    void MatchCopies(RecordChanges &changes)
+    {
+        QVector<int> added, removed;
+        for (int i = 0; i < changes.size(); ++i) {
+            if (changes.at(i).kind == Kind::Added)
+                added.append(i);
+            else if (changes.at(i).kind == Kind::Removed)
+                removed.append(i);
+        }
+        if (added.isEmpty())
+            return;
+        QVector<bool> dropped(changes.size(), false);
+        for (int a : added) {
+            const Value &record = *m_after.constFind(changes.at(a).id);
+            for (int r : removed) {
+                if (m_budget <= 0)
+                    break;
+                RecordChange &old = changes[r];
+                if (old.kind != Kind::Removed || !Same(*m_before.constFind(old.id), record))
+                    continue;
+                old.kind = Kind::Renamed;
+                old.after = changes.at(a).id;
+                dropped[a] = true;
+                break;
+            }
+            if (!dropped[a])
+                changes[a].before = SourceOf(changes.at(a).id, record);
+        }
+        RecordChanges kept;
+        for (int i = 0; i < changes.size(); ++i) {
+            if (!dropped.at(i))
+                kept.append(changes.at(i));
+        }
+        changes = kept;
+    }
+
+    QString SourceOf(const QString &id, const Value &record)
+    {
+        // Two catalogue entries may share a text without one copying the other.
+        if (m_record == Record::License)
+            return QString();
+        for (auto it = m_after.cbegin(); it != m_after.cend() && m_budget > 0; ++it) {
+            if (it.key() != id && m_before.contains(it.key()) && Same(it.value(), record))
+                return it.key();
+        }
+        return QString();
+    }
+
+    Record m_record;
+    const QMap<QString, Value> &m_before;
+    const QMap<QString, Value> &m_after;
+    Diff m_diff;
+    int m_budget = kCopySearchBudget;
+    const QString m_probeId;
+};
+
+template <typename Value>
+RecordChanges CompareKind(Record record, const QMap<QString, Value> &before, const QMap<QString, Value> &after,
+                          typename KindComparison<Value>::Diff diff)
+{
+    return KindComparison<Value>(record, before, after, diff).Run();
+}
+
+QMap<QString, ProductData> ProductsById(const VantixProducts &products)
+{
+    QMap<QString, ProductData> byId;
+    for (const ProductData &product : products.products) {
+        if (!byId.contains(product.id))
+            byId.insert(product.id, product);
+    }
+    return byId;
+}
+
+// Drops the membership changes of features that an added, removed or renamed owner explains.
+void DropFollowingChanges(RecordChanges &features, const RecordChanges &owners, const QString &field)
+{
+    QSet<QString> gained, lost;
+    for (const RecordChange &owner : owners) {
+        if (owner.kind == Kind::Added)
+            gained.insert(owner.id);
+        else if (owner.kind == Kind::Removed)
+            lost.insert(owner.id);
+        else if (owner.kind == Kind::Renamed) {
+            lost.insert(owner.id);
+            gained.insert(owner.after);
+        }
+    }
+    if (gained.isEmpty() && lost.isEmpty())
+        return;
+    const auto follows = [&](const RecordChange &change) {
+        return change.field == field
+               && ((change.kind == Kind::Gained && gained.contains(change.after))
+                   || (change.kind == Kind::Lost && lost.contains(change.before)));
+    };
+    features.erase(std::remove_if(features.begin(), features.end(), follows), features.end());
+}
+
+} // namespace
+
+RecordChanges CompareRecords(const RecordsSnapshot &before, const RecordsSnapshot &after)
+{
+    RecordChanges features = CompareKind(Record::Feature, before.features, after.features, &DiffFeature);
+    RecordChanges products;
+    if (!before.products.products.isSharedWith(after.products.products))
+        products = CompareKind(Record::Product, ProductsById(before.products), ProductsById(after.products),
+                               &DiffProduct);
+    const RecordChanges layouts = CompareKind(Record::Layout, before.layouts, after.layouts, &DiffLayout);
+    DropFollowingChanges(features, products, Keys::kProducts);
+    DropFollowingChanges(features, layouts, Keys::kLayouts);
+
+    RecordChanges all = features + products + layouts;
+    all += CompareKind(Record::License, before.licenses, after.licenses, &DiffLicense);
+    all += CompareKind(Record::Extension, before.extensions, after.extensions, &DiffExtension);
+    return all;
+}
+
+} // namespace ProductEditor

@@ -1,0 +1,169 @@
+#include "store/ChangeWording.h"
+#include "store/RecordComparison.h"
+
+#include <QTest>
+
+#include <functional>
+
+using namespace ProductEditor;
+
+using Edit = std::function<void(RecordsSnapshot &)>;
+Q_DECLARE_METATYPE(Edit)
+
+namespace {
+
+RecordsSnapshot Base()
+{
+    RecordsSnapshot records;
+    records.features.insert("open", {"", "", "Open", true, false, {"pro"}, {"cam"}});
+    records.features.insert("save", {"", "", "Save", true, false, {"pro", "viewer"}, {}});
+    records.features.insert("edit_delete", {"", "", "Delete", true, false, {}, {}});
+    ProductData pro{"pro", "basic", "", {}, {{"open", {"L1"}}}, {"cam"}};
+    pro.extensions.open = {"step"};
+    records.products.products = {pro, ProductData{"viewer", "free", "", {}, {}, {}}};
+    records.layouts["cam"].open = {"step"};
+    records.licenses = {{"basic", "Basic"}, {"L1", "L1"}};
+    records.extensions.insert("stl", {false, false, false, false, "STL", "*.stl", {}, {"X"}});
+    records.extensions.insert("step", {false, false, false, false, "STEP", "*.step", {}, {}});
+    return records;
+}
+
+ProductData &Product(RecordsSnapshot &records, const QString &id)
+{
+    return *records.products.Find(id);
+}
+
+} // namespace
+
+// Each row edits the records as the editor or a branch would; the changes are checked
+// through their sentences, which is what reviewers and the Edit menu read.
+class RecordChangesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void wording_data()
+    {
+        QTest::addColumn<Edit>("edit");
+        QTest::addColumn<QStringList>("statements");
+        QTest::addColumn<QString>("name");
+
+        QTest::newRow("nothing") << Edit([](RecordsSnapshot &) {}) << QStringList() << "Edit";
+        QTest::newRow("feature into a product")
+            << Edit([](RecordsSnapshot &r) { r.features["edit_delete"].productIds.insert("viewer"); })
+            << QStringList{"feature edit_delete added to product viewer"}
+            << "Add feature edit_delete to product viewer";
+        QTest::newRow("feature out of a layout")
+            << Edit([](RecordsSnapshot &r) { r.features["open"].layoutNames.clear(); })
+            << QStringList{"feature open removed from layout cam"} << "Remove feature open from layout cam";
+        QTest::newRow("title")
+            << Edit([](RecordsSnapshot &r) { r.features["open"].title = "Open file"; })
+            << QStringList{"feature open: title \"Open\" -> \"Open file\""}
+            << "Set title of feature open to \"Open file\"";
+        QTest::newRow("hidden") << Edit([](RecordsSnapshot &r) { r.features["save"].visual = false; })
+                                << QStringList{"feature save: now hidden"} << "Hide feature save";
+        QTest::newRow("two fields of one feature")
+            << Edit([](RecordsSnapshot &r) {
+                   r.features["open"].tooltip = "Opens";
+                   r.features["open"].emergency = true;
+               })
+            << QStringList{"feature open: tool tip \"\" -> \"Opens\"", "feature open: now an emergency feature"}
+            << "Edit feature open (2 changes)";
+        QTest::newRow("feature renamed")
+            << Edit([](RecordsSnapshot &r) { r.features.insert("open_file", r.features.take("open")); })
+            << QStringList{"feature open renamed to open_file"} << "Rename feature open to open_file";
+        QTest::newRow("feature duplicated")
+            << Edit([](RecordsSnapshot &r) { r.features.insert("save2", r.features["save"]); })
+            << QStringList{"feature save2 added (duplicate of save)"} << "Duplicate feature save as save2";
+        QTest::newRow("new feature") << Edit([](RecordsSnapshot &r) { r.features.insert("New_Feature", {}); })
+                                     << QStringList{"feature New_Feature added"} << "Add feature New_Feature";
+        QTest::newRow("product duplicated with its features")
+            << Edit([](RecordsSnapshot &r) {
+                   ProductData copy = Product(r, "pro");
+                   copy.id = "pro2";
+                   r.products.products.append(copy);
+                   r.features["open"].productIds.insert("pro2");
+                   r.features["save"].productIds.insert("pro2");
+               })
+            << QStringList{"product pro2 added (duplicate of pro)"} << "Duplicate product pro as pro2";
+        QTest::newRow("product renamed")
+            << Edit([](RecordsSnapshot &r) { Product(r, "viewer").id = "viewer2"; })
+            << QStringList{"product viewer renamed to viewer2"} << "Rename product viewer to viewer2";
+        QTest::newRow("product removed from everywhere")
+            << Edit([](RecordsSnapshot &r) {
+                   r.products.products.removeLast();
+                   r.features["save"].productIds.remove("viewer");
+               })
+            << QStringList{"product viewer removed"} << "Remove product viewer";
+        QTest::newRow("base and layout of a product")
+            << Edit([](RecordsSnapshot &r) {
+                   Product(r, "viewer").base = "basic";
+                   Product(r, "viewer").modes.insert("cam");
+               })
+            << QStringList{"product viewer: base license \"free\" -> \"basic\"", "product viewer: layout cam added"}
+            << "Edit product viewer (2 changes)";
+        QTest::newRow("specific license")
+            << Edit([](RecordsSnapshot &r) { Product(r, "pro").specificLicenses["save"].insert("L1"); })
+            << QStringList{"product pro: license L1 granted for save"} << "Grant license L1 for save in product pro";
+        QTest::newRow("layout opens")
+            << Edit([](RecordsSnapshot &r) { r.layouts["cam"].open.insert("stl"); })
+            << QStringList{"layout cam: now opens stl"} << "Allow layout cam to open stl";
+        QTest::newRow("product exports as a scene")
+            << Edit([](RecordsSnapshot &r) { Product(r, "pro").extensions.export_as_scene.insert("stl"); })
+            << QStringList{"product pro: now exports stl as a scene"} << "Allow product pro to export stl as a scene";
+        QTest::newRow("extension removed from everywhere")
+            << Edit([](RecordsSnapshot &r) {
+                   r.extensions.remove("step");
+                   Product(r, "pro").extensions.open.clear();
+                   r.layouts["cam"].open.clear();
+               })
+            << QStringList{"product pro: no longer opens step", "layout cam: no longer opens step",
+                           "extension step removed"}
+            << "Remove extension step";
+        QTest::newRow("export license removed")
+            << Edit([](RecordsSnapshot &r) { r.extensions["stl"].exportLicenses.clear(); })
+            << QStringList{"extension stl: export license X removed"} << "Remove export license X from extension stl";
+        QTest::newRow("CAD format") << Edit([](RecordsSnapshot &r) { r.extensions["stl"].cad_support = true; })
+                                    << QStringList{"extension stl: now a CAD format"}
+                                    << "Mark extension stl as a CAD format";
+        QTest::newRow("license text and a new license")
+            << Edit([](RecordsSnapshot &r) {
+                   r.licenses["basic"] = "Basic edition";
+                   r.licenses["L2"] = "L1";
+               })
+            << QStringList{"license L2 added", "license basic: text \"Basic\" -> \"Basic edition\""}
+            << "Edit 2 licenses (2 changes)";
+        QTest::newRow("several records, in kind order")
+            << Edit([](RecordsSnapshot &r) {
+                   r.extensions["stl"].title = "Stereolithography";
+                   Product(r, "pro").profile_suffix = "_pro";
+                   r.features["save"].title = "Save all";
+                   r.features["edit_delete"].statustip = "Deletes";
+               })
+            << QStringList{"feature edit_delete: status tip \"\" -> \"Deletes\"",
+                           "feature save: title \"Save\" -> \"Save all\"",
+                           "product pro: profile suffix \"\" -> \"_pro\"",
+                           "extension stl: title \"STL\" -> \"Stereolithography\""}
+            << "Edit 2 features, 1 product and 1 extension (4 changes)";
+    }
+
+    void wording()
+    {
+        QFETCH(Edit, edit);
+        QFETCH(QStringList, statements);
+        QFETCH(QString, name);
+
+        const RecordsSnapshot before = Base();
+        RecordsSnapshot after = before;
+        edit(after);
+        const RecordChanges changes = CompareRecords(before, after);
+        QStringList words;
+        for (const RecordChange &change : changes)
+            words.append(WordChange(change, ChangeWording::Statement));
+        QCOMPARE(words, statements);
+        QCOMPARE(NameEdit(changes), name);
+    }
+};
+
+QTEST_GUILESS_MAIN(RecordChangesTest)
+#include "RecordChangesTest.moc"
