@@ -1,7 +1,9 @@
 #include "CommandLine.h"
 #include "Commands.h"
 #include "DiagnosticPrinter.h"
-#include "FolderChecker.h"
+#include "LoadMessages.h"
+
+#include "check/FolderChecker.h"
 
 using namespace ProductEditor;
 
@@ -51,8 +53,12 @@ int RunCheck(const QStringList &args, const Reader &reader)
 
     FolderChecker checker(reader, CatalogueFile(parser));
     const CheckResult result = checker.Check(parser.positionalArguments().at(0));
-    for (const QString &message : result.messages)
-        Err() << message << "\n";
+    // Each skipped layout file is a finding (PE011) of an opened folder, in every format;
+    // the warnings are told only for a folder that could not be opened.
+    if (!result.store) {
+        for (const QString &message : OpenMessages(result.report, result.catalogueProblem))
+            Err() << message << "\n";
+    }
     const RecordCounts counts = CountsOf(result.store.get());
     switch (format) {
     case CheckFormat::Text: PrintDiagnosticsText(Out(), counts, result.diagnostics); break;

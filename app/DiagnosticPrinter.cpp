@@ -1,12 +1,14 @@
 #include "DiagnosticPrinter.h"
 
-#include "DiagnosticRules.h"
+#include "check/DiagnosticRules.h"
 
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QUrl>
+
+using namespace ProductEditor;
 
 namespace {
 

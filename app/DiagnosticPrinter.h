@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Diagnostic.h"
+#include "check/Diagnostic.h"
 
 #include <QList>
 #include <QPair>
@@ -13,6 +13,6 @@ enum class CheckFormat { Text, Json, Sarif };
 // Record kinds and their counts, in the order the text output lists them.
 using RecordCounts = QList<QPair<QString, int>>;
 
-void PrintDiagnosticsText(QTextStream &out, const RecordCounts &counts, const Diagnostics &diagnostics);
-void PrintDiagnosticsJson(QTextStream &out, const RecordCounts &counts, const Diagnostics &diagnostics);
-void PrintDiagnosticsSarif(QTextStream &out, const Diagnostics &diagnostics);
+void PrintDiagnosticsText(QTextStream &out, const RecordCounts &counts, const ProductEditor::Diagnostics &diagnostics);
+void PrintDiagnosticsJson(QTextStream &out, const RecordCounts &counts, const ProductEditor::Diagnostics &diagnostics);
+void PrintDiagnosticsSarif(QTextStream &out, const ProductEditor::Diagnostics &diagnostics);

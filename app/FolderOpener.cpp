@@ -2,32 +2,9 @@
 
 #include "LoadMessages.h"
 
-#include "store/DefaultLicenseCatalogue.h"
-
-#include <QJsonObject>
+#include "store/LicenseCatalogueFile.h"
 
 using namespace ProductEditor;
-
-namespace {
-
-std::optional<QMap<QString, QString>> ReadCatalogue(const Reader &reader, const QString &file,
-                                                    LoadProblem *problem)
-{
-    const QJsonDocument document = ParseJsonFile(file, reader ? reader(file) : QByteArray(), problem);
-    if (!problem->message.isEmpty())
-        return std::nullopt;
-    if (!document.isObject()) {
-        problem->message = QStringLiteral("the license catalogue must be a JSON object");
-        return std::nullopt;
-    }
-    QMap<QString, QString> catalogue;
-    const QJsonObject object = document.object();
-    for (auto it = object.begin(); it != object.end(); ++it)
-        catalogue.insert(it.key(), it.value().isString() ? it.value().toString() : it.key());
-    return catalogue;
-}
-
-} // namespace
 
 FolderOpener::FolderOpener(Reader reader, QString catalogueFile)
     : m_reader(std::move(reader))
@@ -40,12 +17,8 @@ QMap<QString, QString> FolderOpener::Catalogue(VantixJsonData &store)
     m_loaded = true;
     m_report = store.GetLoadReport();
     m_catalogueProblem.reset();
-    if (m_report.refusal)
-        return {};
-    if (m_catalogueFile.isEmpty())
-        return DefaultLicenseCatalogue(store);
     LoadProblem problem;
-    if (const auto catalogue = ReadCatalogue(m_reader, m_catalogueFile, &problem))
+    if (const auto catalogue = LoadLicenseCatalogue(store, m_reader, m_catalogueFile, &problem))
         return *catalogue;
     m_catalogueProblem = problem;
     return {};
@@ -67,12 +40,5 @@ bool FolderOpener::Opened() const
 
 QStringList FolderOpener::Messages() const
 {
-    QStringList messages;
-    for (const LoadProblem &skipped : m_report.skippedLayouts)
-        messages << SkippedLayoutMessage(skipped);
-    if (m_report.refusal)
-        messages << RefusalMessage(*m_report.refusal);
-    if (m_catalogueProblem)
-        messages << RefusalMessage(*m_catalogueProblem);
-    return messages;
+    return OpenMessages(m_report, m_catalogueProblem);
 }

@@ -1,5 +1,7 @@
 #include "LoadMessages.h"
 
+#include "check/ProblemDescription.h"
+
 using namespace ProductEditor;
 
 namespace {
@@ -11,18 +13,6 @@ QString ProblemText(const LoadProblem &problem, const QString &lead)
 
 } // namespace
 
-QString ProblemDescription(const LoadProblem &problem)
-{
-    QString text = problem.message;
-    if (problem.IsParseError())
-        text += QStringLiteral(": %1 at offset %2 (line %3, column %4)")
-                    .arg(problem.parseError)
-                    .arg(problem.offset)
-                    .arg(problem.line)
-                    .arg(problem.column);
-    return text;
-}
-
 QString RefusalMessage(const LoadProblem &problem)
 {
     return QStringLiteral("product-editor: ") + ProblemText(problem, QString());
@@ -31,4 +21,16 @@ QString RefusalMessage(const LoadProblem &problem)
 QString SkippedLayoutMessage(const LoadProblem &problem)
 {
     return QStringLiteral("product-editor: warning: ") + ProblemText(problem, QStringLiteral("skipped, "));
+}
+
+QStringList OpenMessages(const LoadReport &report, const std::optional<LoadProblem> &catalogueProblem)
+{
+    QStringList messages;
+    for (const LoadProblem &skipped : report.skippedLayouts)
+        messages << SkippedLayoutMessage(skipped);
+    if (report.refusal)
+        messages << RefusalMessage(*report.refusal);
+    if (catalogueProblem)
+        messages << RefusalMessage(*catalogueProblem);
+    return messages;
 }

@@ -6,8 +6,7 @@
 #include "FixtureCache.h"
 #include "SyntheticFolder.h"
 
-#include "FolderChecker.h"
-
+#include "check/FolderChecker.h"
 #include "store/JsonPositionScanner.h"
 
 #include <QTemporaryDir>
@@ -20,6 +19,8 @@
 
 using ProductEditor::JsonPositionScanner;
 using ProductEditor::VantixJsonData;
+using ProductEditor::CheckResult;
+using ProductEditor::FolderChecker;
 
 namespace {
 

@@ -1,7 +1,6 @@
-// check on a folder with every kind of problem planted once, its three formats and
+// check on a folder with every kind of problem planted once: its three formats and
 // exit statuses, and the command line's other summaries.
-#include "FileAccess.h"
-#include "FolderChecker.h"
+#include "PlantedFolder.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,31 +12,6 @@
 #include <QTest>
 
 namespace {
-
-const QByteArray kProducts = R"({
-"extensions": {
-"extension": [
-{"id": "stl", "colour": "red"},
-{"id": "stl", "cad_support": "yes"}
-],
-"lic_coveradge": {"import": [{"id": "obj", "lic": ["Imp"]}]}
-},
-"features": {"feature": [
-{"id": "a", "visual": "no"},
-{"id": "a"}
-]},
-"products": {"product": [
-{"id": "p", "features": ["a", "ghost"], "modes": ["main", "nomode"], "licensing": {"base": "Base", "specific": [{"id": "nofeat", "licenses": []}]}, "extensions": {"open": ["nope"]}},
-{"id": "p", "modes": [], "modes": []}
-],
-"extra": 1
-}
-}
-)";
-const QByteArray kLayoutA = R"({"layouts": {"main": {"features": ["ghost2"]}}})";
-const QByteArray kLayoutB = R"({"layouts": {"main": {"features": []}}, "x": 1})";
-const QByteArray kNoLayouts = R"({"other": 1})";
-const QByteArray kBroken = "{\n\"layouts\"";
 
 struct Run
 {
@@ -53,20 +27,6 @@ Run Program(const QStringList &args)
     process.waitForFinished(120000);
     return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
             QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError())};
-}
-
-void Write(const QString &path, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-
-// 1-based column of `token` on line `line` of `bytes` (ASCII lines only).
-int ColumnOf(const QByteArray &bytes, int line, const QByteArray &token)
-{
-    return bytes.split('\n').value(line - 1).indexOf(token) + 1;
 }
 
 // A JSON-schema subset: type, required, properties, items, minItems, minimum, enum.
@@ -140,122 +100,19 @@ class CheckCommandTest : public QObject
 
 private slots:
     void initTestCase();
-    void planted_data();
-    void planted();
-    void nothingElse();
-    void bundledExample();
     void program_data();
     void program();
     void sarifConforms();
 
 private:
-    CheckResult CheckPlanted();
-
     QTemporaryDir m_dir;
     QString m_root;
-    QString m_laterLayout; // of a.json and b.json, the one the loader reads last
 };
 
 void CheckCommandTest::initTestCase()
 {
     m_root = m_dir.filePath("defs");
-    Write(m_root + "/products/products.json", kProducts);
-    Write(m_root + "/layouts/a.json", kLayoutA);
-    Write(m_root + "/layouts/b.json", kLayoutB);
-    Write(m_root + "/layouts/none.json", kNoLayouts);
-    Write(m_root + "/layouts/bad.json", kBroken);
-    QVERIFY(QDir().mkpath(m_root + "/layouts/sub"));
-    Write(m_dir.filePath("lic.json"), R"({"Base": "B"})");
-    // The loader visits the files in listing order, which the file system decides.
-    for (const QFileInfo &file : QDir(m_root + "/layouts").entryInfoList(QDir::Files, QDir::Unsorted)) {
-        if (file.fileName() == "a.json" || file.fileName() == "b.json")
-            m_laterLayout = file.fileName();
-    }
-}
-
-CheckResult CheckCommandTest::CheckPlanted()
-{
-    FolderChecker checker(&FileAccess::ReadFile, m_dir.filePath("lic.json"));
-    return checker.Check(m_root);
-}
-
-void CheckCommandTest::planted_data()
-{
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<int>("line");
-    QTest::addColumn<int>("column");
-    QTest::addColumn<QString>("path");
-
-    const QString P = "products/products.json";
-    const auto row = [&](const char *code, const QString &file, const QByteArray &bytes, int line,
-                         const QByteArray &token, const QString &path) {
-        QTest::addRow("%s %s %s", code, qPrintable(file), qPrintable(path)) << code << file << line << ColumnOf(bytes, line, token) << path;
-    };
-    row("PE001", P, kProducts, 14, "\"ghost\"", "$.products.product[0].features[1]");
-    row("PE001", "layouts/a.json", kLayoutA, 1, "\"ghost2\"", "$.layouts.main.features[0]");
-    row("PE002", P, kProducts, 11, "\"id\"", "$.features.feature[1].id");
-    row("PE003", P, kProducts, 5, "\"id\"", "$.extensions.extension[1].id");
-    row("PE004", P, kProducts, 15, "\"id\"", "$.products.product[1].id");
-    row("PE005", P, kProducts, 14, "\"nomode\"", "$.products.product[0].modes[1]");
-    row("PE006", P, kProducts, 14, "\"id\": \"nofeat\"", "$.products.product[0].licensing.specific[0].id");
-    row("PE007", P, kProducts, 7, "\"id\"", "$.extensions.lic_coveradge.import[0].id");
-    row("PE007", P, kProducts, 14, "\"nope\"", "$.products.product[0].extensions.open[0]");
-    row("PE008", P, kProducts, 7, "\"Imp\"", "$.extensions.lic_coveradge.import[0].lic[0]");
-    row("PE009", P, kProducts, 4, "\"colour\"", "$.extensions.extension[0].colour");
-    row("PE009", P, kProducts, 17, "\"extra\"", "$.products.extra");
-    row("PE009", "layouts/b.json", kLayoutB, 1, "\"x\"", "$.x");
-    row("PE010", P, kProducts, 5, "\"cad_support\"", "$.extensions.extension[1].cad_support");
-    row("PE010", P, kProducts, 10, "\"visual\"", "$.features.feature[0].visual");
-    QTest::newRow("PE011 parse error") << "PE011" << "layouts/bad.json" << 2 << 10 << "$";
-    row("PE011", "layouts/none.json", kNoLayouts, 1, "{", "$");
-    QTest::newRow("PE012") << "PE012" << "layouts/sub" << 1 << 1 << "$";
-    const QByteArray earlier = m_laterLayout == "a.json" ? kLayoutB : kLayoutA;
-    row("PE013", "layouts/" + QString(m_laterLayout == "a.json" ? "b.json" : "a.json"), earlier, 1, "\"main\"",
-        "$.layouts.main");
-    row("PE015", P, kProducts, 15, "\"modes\"", "$.products.product[1].modes");
-    // Where a save first changes each file: the canonical form indents by four spaces.
-    row("PE014", P, kProducts, 2, "\"extensions\"", "$");
-    row("PE014", "layouts/a.json", kLayoutA, 1, "\"layouts\"", "$");
-    row("PE014", "layouts/b.json", kLayoutB, 1, "\"layouts\"", "$");
-}
-
-void CheckCommandTest::planted()
-{
-    QFETCH(QString, code);
-    QFETCH(QString, file);
-    QFETCH(int, line);
-    QFETCH(int, column);
-    QFETCH(QString, path);
-
-    const CheckResult result = CheckPlanted();
-    QVERIFY(result.store);
-    QStringList found;
-    for (const Diagnostic &diagnostic : result.diagnostics) {
-        if (diagnostic.code == code && diagnostic.file == m_root + "/" + file && diagnostic.path == path
-            && diagnostic.line == line) {
-            QCOMPARE(diagnostic.column, column);
-            QCOMPARE(diagnostic.severity, Diagnostic::Severity::Warning);
-            QVERIFY(!diagnostic.message.isEmpty());
-            return;
-        }
-        found << QString("%1 %2:%3:%4 %5").arg(diagnostic.code, diagnostic.file).arg(diagnostic.line).arg(diagnostic.column).arg(diagnostic.path);
-    }
-    QFAIL(qPrintable("not found among:\n" + found.join('\n')));
-}
-
-// Every diagnostic is one of the planted ones.
-void CheckCommandTest::nothingElse()
-{
-    QCOMPARE(CheckPlanted().diagnostics.size(), 23);
-}
-
-void CheckCommandTest::bundledExample()
-{
-    FolderChecker checker(&FileAccess::ReadFile, QString());
-    const CheckResult result = checker.Check(PE_SOURCE_DIR "/examples/definitions");
-    QVERIFY(result.store);
-    QCOMPARE(result.diagnostics.size(), 0);
+    WritePlantedFolder(m_root);
 }
 
 void CheckCommandTest::program_data()

@@ -1,15 +1,18 @@
 #pragma once
 
-#include "ScannedDocument.h"
+#include "ProductEditorExport.h"
+#include "check/ScannedDocument.h"
 
 #include <QLatin1String>
 #include <QPair>
 #include <QVector>
 
+namespace ProductEditor {
+
 // What a definition document may hold, as loading reads it and a save writes it back:
 // the type of each value, what a value of another type reads as, and which objects a
 // save rebuilds from the records (dropping the keys it does not know).
-struct DocumentShape
+struct PRODUCT_EDITOR_EXPORT DocumentShape
 {
     enum class Type { Any, String, Bool, Array, Object };
 
@@ -29,5 +32,7 @@ struct DocumentShape
 
 private:
     void CheckMembers(const ScannedDocument &document, int node, Diagnostics &out) const;
-    const DocumentShape *MemberShape(const ProductEditor::JsonPositionScanner &json, int node) const;
+    const DocumentShape *MemberShape(const JsonPositionScanner &json, int node) const;
 };
+
+} // namespace ProductEditor

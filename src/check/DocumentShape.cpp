@@ -1,8 +1,9 @@
-#include "DocumentShape.h"
+#include "check/DocumentShape.h"
 
 #include <QHash>
 
-using ProductEditor::JsonPositionScanner;
+namespace ProductEditor {
+
 using Type = DocumentShape::Type;
 
 namespace {
@@ -223,3 +224,5 @@ const DocumentShape *DocumentShape::MemberShape(const JsonPositionScanner &json,
     }
     return element;
 }
+
+} // namespace ProductEditor

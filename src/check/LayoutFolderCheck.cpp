@@ -1,11 +1,11 @@
-#include "LayoutFolderCheck.h"
+#include "check/LayoutFolderCheck.h"
 
-#include "LoadMessages.h"
+#include "check/ProblemDescription.h"
 
 #include <QDir>
 #include <QFileInfo>
 
-using namespace ProductEditor;
+namespace ProductEditor {
 
 namespace {
 
@@ -60,3 +60,5 @@ Diagnostics CheckLayoutFolder(const QString &layoutsFolder, const LoadReport &re
     }
     return out;
 }
+
+} // namespace ProductEditor

@@ -1,7 +1,11 @@
 #pragma once
 
+#include "ProductEditorExport.h"
+
 #include <QString>
 #include <QVector>
+
+namespace ProductEditor {
 
 // The codes `check` reports, each with a short name and what it means; the SARIF
 // output lists them as rules.
@@ -12,4 +16,6 @@ struct DiagnosticRule
     const char *description;
 };
 
-const QVector<DiagnosticRule> &DiagnosticRules();
+PRODUCT_EDITOR_EXPORT const QVector<DiagnosticRule> &DiagnosticRules();
+
+} // namespace ProductEditor

@@ -1,4 +1,6 @@
-#include "ScannedDocument.h"
+#include "check/ScannedDocument.h"
+
+namespace ProductEditor {
 
 Diagnostic ScannedDocument::At(int node, const char *code, const QString &message) const
 {
@@ -21,3 +23,5 @@ QString ScannedDocument::ValueText(int node) const
     return text.size() > limit ? QString::fromUtf8(text.left(limit)) + QStringLiteral("...")
                                : QString::fromUtf8(text);
 }
+
+} // namespace ProductEditor

@@ -1,4 +1,6 @@
-#include "DiagnosticRules.h"
+#include "check/DiagnosticRules.h"
+
+namespace ProductEditor {
 
 const QVector<DiagnosticRule> &DiagnosticRules()
 {
@@ -26,3 +28,5 @@ const QVector<DiagnosticRule> &DiagnosticRules()
     };
     return rules;
 }
+
+} // namespace ProductEditor

@@ -1,10 +1,10 @@
-#include "FolderChecker.h"
+#include "check/FolderChecker.h"
 
-#include "DocumentShape.h"
-#include "FolderOpener.h"
-#include "LayoutFolderCheck.h"
-#include "LoadMessages.h"
-#include "ReferenceCheck.h"
+#include "check/DocumentShape.h"
+#include "check/LayoutFolderCheck.h"
+#include "check/ProblemDescription.h"
+#include "check/ReferenceCheck.h"
+#include "store/LicenseCatalogueFile.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -13,7 +13,7 @@
 #include <algorithm>
 #include <deque>
 
-using namespace ProductEditor;
+namespace ProductEditor {
 
 namespace {
 
@@ -78,20 +78,21 @@ CheckResult FolderChecker::Check(const QString &folder)
     m_bytes.clear();
     CheckResult result;
     const Reader reader = RecordingReader();
-    FolderOpener opener(reader, m_catalogueFile);
     const Writer writer = [this](const QString &path, const QByteArray &bytes) { return !m_write || m_write(path, bytes); };
     auto store = std::make_unique<VantixJsonData>(folder, reader, writer, QMap<QString, QString>());
     const int folderReads = m_reads.size();
-    store->GetLicenses() = opener.Catalogue(*store);
-    // Each skipped layout file is a finding (PE011) of an opened folder, in every format;
-    // the opener's warnings are left for a folder that could not be opened.
-    result.messages = opener.Opened() ? QStringList() : opener.Messages();
-    if (const auto &refusal = store->GetLoadReport().refusal) {
+    result.report = store->GetLoadReport();
+    LoadProblem catalogueProblem;
+    if (const auto catalogue = LoadLicenseCatalogue(*store, reader, m_catalogueFile, &catalogueProblem))
+        store->GetLicenses() = *catalogue;
+    else
+        result.catalogueProblem = catalogueProblem;
+    if (const auto &refusal = result.report.refusal) {
         result.diagnostics << ErrorAt(refusal->file, refusal->line, refusal->column, ProblemDescription(*refusal));
         return result;
     }
-    if (!opener.Opened()) {
-        result.diagnostics << CatalogueRefusal(result.messages);
+    if (result.catalogueProblem) {
+        result.diagnostics << CatalogueRefusal(*result.catalogueProblem);
         return result;
     }
     result.diagnostics = CheckDocuments(*store, folderReads) + CheckCanonical(*store);
@@ -100,16 +101,9 @@ CheckResult FolderChecker::Check(const QString &folder)
     return result;
 }
 
-Diagnostic FolderChecker::CatalogueRefusal(const QStringList &messages) const
+Diagnostic FolderChecker::CatalogueRefusal(const LoadProblem &problem) const
 {
-    LoadProblem problem;
-    ParseJsonFile(m_catalogueFile, m_bytes.value(m_catalogueFile), &problem);
-    // The opener's wording, without the program and the file it names first.
-    const QString lead = QStringLiteral("product-editor: ") + m_catalogueFile + QStringLiteral(": ");
-    QString message = messages.isEmpty() ? QString() : messages.last();
-    if (message.startsWith(lead))
-        message = message.mid(lead.size());
-    return ErrorAt(m_catalogueFile, problem.line, problem.column, message);
+    return ErrorAt(m_catalogueFile, problem.line, problem.column, ProblemDescription(problem));
 }
 
 Diagnostics FolderChecker::CheckDocuments(VantixJsonData &store, int folderReads) const
@@ -182,3 +176,5 @@ void FolderChecker::Sort(Diagnostics &diagnostics) const
     std::stable_sort(diagnostics.begin(), diagnostics.end(),
                      [&rank](const Diagnostic &a, const Diagnostic &b) { return rank(a) < rank(b); });
 }
+
+} // namespace ProductEditor

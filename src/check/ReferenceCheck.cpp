@@ -1,6 +1,6 @@
-#include "ReferenceCheck.h"
+#include "check/ReferenceCheck.h"
 
-using ProductEditor::JsonPositionScanner;
+namespace ProductEditor {
 
 namespace {
 
@@ -223,3 +223,5 @@ void ReferenceCheck::CheckLicense(const ScannedDocument &document, int node)
                                             "kept but the catalogue cannot show it")
                                  .arg(license));
 }
+
+} // namespace ProductEditor

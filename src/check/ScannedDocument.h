@@ -1,20 +1,24 @@
 #pragma once
 
-#include "Diagnostic.h"
-
+#include "ProductEditorExport.h"
+#include "check/Diagnostic.h"
 #include "store/JsonPositionScanner.h"
 
 #include <QString>
 
+namespace ProductEditor {
+
 // One definition file as the checks see it: its name as the loader read it and the
 // positions of its values.
-struct ScannedDocument
+struct PRODUCT_EDITOR_EXPORT ScannedDocument
 {
     QString file;
-    ProductEditor::JsonPositionScanner json;
+    JsonPositionScanner json;
 
     // A warning about `node`, placed at its line, column and path.
     Diagnostic At(int node, const char *code, const QString &message) const;
     // The value's source text for a message, cut when long.
     QString ValueText(int node) const;
 };
+
+} // namespace ProductEditor

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QVector>
 
+namespace ProductEditor {
+
 // One finding of `check`: what the loader or a save would quietly do to a value.
 struct Diagnostic
 {
@@ -18,3 +20,5 @@ struct Diagnostic
 };
 
 using Diagnostics = QVector<Diagnostic>;
+
+} // namespace ProductEditor

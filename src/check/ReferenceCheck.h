@@ -1,6 +1,7 @@
 #pragma once
 
-#include "ScannedDocument.h"
+#include "ProductEditorExport.h"
+#include "check/ScannedDocument.h"
 
 #include <QHash>
 #include <QSet>
@@ -9,9 +10,11 @@
 
 #include <optional>
 
+namespace ProductEditor {
+
 // The checks that look across entries and files: ids defined twice, and names of
 // features, layouts, extensions and licenses that nothing defines (PE001 to PE008, PE013).
-class ReferenceCheck
+class PRODUCT_EDITOR_EXPORT ReferenceCheck
 {
 public:
     // `layouts` in the order the loader read them; `catalogue` only when --licenses gave one.
@@ -40,3 +43,5 @@ private:
     QSet<QString> m_layoutNames;
     Diagnostics m_out;
 };
+
+} // namespace ProductEditor

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "ProductEditorExport.h"
+#include "check/Diagnostic.h"
+#include "store/LoadReport.h"
+#include "store/VantixJsonData.h"
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+
+namespace ProductEditor {
+
+// What `check` finds in a definition folder.
+struct CheckResult
+{
+    std::unique_ptr<VantixJsonData> store; // null when the folder or the catalogue was refused
+    Diagnostics diagnostics;               // by file in reading order, then by position
+    LoadReport report;                     // the load's, also of a refused folder
+    std::optional<LoadProblem> catalogueProblem; // why the catalogue file was refused
+};
+
+// Loads a folder as every command does and tells what loading and saving quietly do
+// to it. Each file is read once: the checks scan the bytes the loader was given.
+class PRODUCT_EDITOR_EXPORT FolderChecker
+{
+public:
+    FolderChecker(Reader reader, QString catalogueFile);
+
+    CheckResult Check(const QString &folder);
+
+private:
+    Reader RecordingReader();
+    Diagnostic CatalogueRefusal(const LoadProblem &problem) const;
+    Diagnostics CheckDocuments(VantixJsonData &store, int folderReads) const;
+    Diagnostics CheckCanonical(VantixJsonData &store);
+    void Sort(Diagnostics &diagnostics) const;
+
+    Reader m_reader;
+    QString m_catalogueFile;
+    QStringList m_reads;               // paths as the loader named them, in reading order
+    QHash<QString, QByteArray> m_bytes; // by those paths
+    Writer m_write;     // where the store's writer sends a save
+};
+
+} // namespace ProductEditor
