@@ -3,9 +3,11 @@
 #include "DiffPrinter.h"
 #include "FileAccess.h"
 #include "MergeReport.h"
+#include "ReviewPrinter.h"
 #include "RevisionFolders.h"
 
 #include "store/ComparedDocument.h"
+#include "store/RecordComparison.h"
 
 #include <algorithm>
 
@@ -54,8 +56,8 @@ std::optional<int> UseRevisions(const QCommandLineParser &parser, RevisionFolder
     if (!revisions.Prepare(folders->at(0), from, to, &error))
         return CommandError(error);
     const QString folder = folders->at(0);
-    *sides = QStringList{QStringLiteral("regenerated %1 at %2").arg(folder, from),
-                         to.isEmpty() ? sides->at(0) : QStringLiteral("regenerated %1 at %2").arg(folder, to)};
+    *sides = QStringList{QStringLiteral("%1 at %2").arg(folder, from),
+                         to.isEmpty() ? folder : QStringLiteral("%1 at %2").arg(folder, to)};
     *folders = QStringList{revisions.leftPath(), revisions.rightPath()};
     return std::nullopt;
 }
@@ -75,22 +77,25 @@ int RunDiff(const QStringList &args, const Reader &reader)
                       QStringLiteral("REV")});
     if (const auto status = ParseArguments(parser, QStringLiteral("diff"), args, 1, 2))
         return *status;
+    // The review format is the diff's own: compare-products has no records to compare.
+    const bool review = parser.value(QStringLiteral("format")) == QLatin1String("review");
     DiffFormat format = DiffFormat::Text;
-    if (!ParseDiffFormat(parser.value(QStringLiteral("format")), &format))
+    if (!review && !ParseDiffFormat(parser.value(QStringLiteral("format")), &format))
         return ExitError;
 
     QStringList folders = parser.positionalArguments();
-    QStringList sides{QStringLiteral("regenerated %1").arg(folders.at(0)),
-                      QStringLiteral("regenerated %1").arg(folders.value(1))};
+    QStringList sides = folders;
     RevisionFolders revisions;
     if (const auto status = UseRevisions(parser, revisions, &folders, &sides))
         return *status;
+    if (review && folders.size() == 1)
+        return UsageError(QStringLiteral("diff: --format review compares two versions: give OTHER or --from"));
     FileAccess access(FileAccess::Mode::CompareOnly);
     const auto left = OpenFolder(folders.at(0), CatalogueFile(parser), reader, access.writer());
     if (!left)
         return ExitError;
-    left->UpdateResultJsons();
     if (folders.size() == 1) {
+        left->UpdateResultJsons();
         const bool different = PrintDiffReports(Out(), DiffAgainstResult(*left), format,
                                                 QStringLiteral("loaded %1").arg(folders.at(0)),
                                                 QStringLiteral("regenerated %1").arg(folders.at(0)));
@@ -99,8 +104,15 @@ int RunDiff(const QStringList &args, const Reader &reader)
     const auto right = OpenFolder(folders.at(1), CatalogueFile(parser), reader, access.writer());
     if (!right)
         return ExitError;
+    if (review) {
+        const RecordChanges changes = CompareRecords(RecordsSnapshot::Take(*left), RecordsSnapshot::Take(*right));
+        PrintReview(Out(), changes, sides.at(0), sides.at(1));
+        return changes.isEmpty() ? ExitOk : ExitDifferent;
+    }
+    left->UpdateResultJsons();
     right->UpdateResultJsons();
-    const bool different =
-        PrintDiffReports(Out(), DiffTwoResults(*left, *right), format, sides.at(0), sides.at(1));
+    const QString regenerated = QStringLiteral("regenerated ");
+    const bool different = PrintDiffReports(Out(), DiffTwoResults(*left, *right), format,
+                                            regenerated + sides.at(0), regenerated + sides.at(1));
     return different ? ExitDifferent : ExitOk;
 }

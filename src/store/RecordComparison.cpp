@@ -282,28 +282,62 @@ QMap<QString, ProductData> ProductsById(const VantixProducts &products)
     return byId;
 }
 
-// Drops the membership changes of features that an added, removed or renamed owner explains.
+// The membership changes of one feature in one name list.
+struct Membership
+{
+    QSet<QString> joined;
+    QSet<QString> left;
+};
+
+Membership MembershipAt(const RecordChanges &features, int first, const QString &field)
+{
+    Membership membership;
+    for (int i = first; i < features.size() && features.at(i).id == features.at(first).id; ++i) {
+        const RecordChange &change = features.at(i);
+        if (change.field == field && change.kind == Kind::Gained)
+            membership.joined.insert(change.after);
+        else if (change.field == field && change.kind == Kind::Lost)
+            membership.left.insert(change.before);
+    }
+    return membership;
+}
+
+// Drops the membership changes of features that an added, removed or renamed owner
+// explains: joining an added owner, leaving a removed one, and leaving an owner for
+// its new name.
 void DropFollowingChanges(RecordChanges &features, const RecordChanges &owners, const QString &field)
 {
-    QSet<QString> gained, lost;
+    QSet<QString> added, removed;
+    QMap<QString, QString> newName, oldName;
     for (const RecordChange &owner : owners) {
         if (owner.kind == Kind::Added)
-            gained.insert(owner.id);
+            added.insert(owner.id);
         else if (owner.kind == Kind::Removed)
-            lost.insert(owner.id);
+            removed.insert(owner.id);
         else if (owner.kind == Kind::Renamed) {
-            lost.insert(owner.id);
-            gained.insert(owner.after);
+            newName.insert(owner.id, owner.after);
+            oldName.insert(owner.after, owner.id);
         }
     }
-    if (gained.isEmpty() && lost.isEmpty())
+    if (added.isEmpty() && removed.isEmpty() && newName.isEmpty())
         return;
-    const auto follows = [&](const RecordChange &change) {
-        return change.field == field
-               && ((change.kind == Kind::Gained && gained.contains(change.after))
-                   || (change.kind == Kind::Lost && lost.contains(change.before)));
-    };
-    features.erase(std::remove_if(features.begin(), features.end(), follows), features.end());
+    RecordChanges kept;
+    Membership membership;
+    for (int i = 0; i < features.size(); ++i) {
+        const RecordChange &change = features.at(i);
+        if (i == 0 || change.id != features.at(i - 1).id)
+            membership = MembershipAt(features, i, field);
+        bool follows = false;
+        if (change.field == field && change.kind == Kind::Gained)
+            follows = added.contains(change.after)
+                      || (oldName.contains(change.after) && membership.left.contains(oldName.value(change.after)));
+        else if (change.field == field && change.kind == Kind::Lost)
+            follows = removed.contains(change.before)
+                      || (newName.contains(change.before) && membership.joined.contains(newName.value(change.before)));
+        if (!follows)
+            kept.append(change);
+    }
+    features = kept;
 }
 
 } // namespace

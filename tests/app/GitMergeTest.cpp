@@ -68,6 +68,7 @@ private slots:
     void conflict();
     void commandRun_data();
     void commandRun();
+    void reviewFormat();
     void mergeFolders();
 
 private:
@@ -243,6 +244,15 @@ void GitMergeTest::commandRun_data()
     QTest::newRow("diff, unknown revision")
         << QStringList{"diff", "defs", "--from", "nope"} << 2 << "product-editor: nope: not a revision";
     QTest::newRow("diff, --to alone") << QStringList{"diff", "defs", "--to", "HEAD"} << 2 << "diff: --to needs --from";
+    QTest::newRow("diff for review between revisions")
+        << QStringList{"diff", "defs", "--from", "HEAD~1", "--to", "HEAD", "--format", "review"} << 1
+        << "## Definition changes: defs at HEAD~1 -> defs at HEAD\n\n### Features\n\n"
+           "- feature open: title \"Open\" -> \"Open A\"\n\n1 change\n";
+    QTest::newRow("diff for review, no change")
+        << QStringList{"diff", "defs", "--from", "HEAD", "--format", "review"} << 0 << "";
+    QTest::newRow("diff for review of one version")
+        << QStringList{"diff", "defs", "--format", "review"} << 2
+        << "diff: --format review compares two versions: give OTHER or --from";
     QTest::newRow("merge-file, unparsable input")
         << QStringList{"merge-file", products, products, "bad.json"} << 2
         << "product-editor: bad.json:2:1: unterminated array";
@@ -264,6 +274,32 @@ void GitMergeTest::commandRun()
     const Run run = Program(args);
     QCOMPARE(run.status, status);
     QVERIFY2(run.out.contains(out), qPrintable(run.out));
+}
+
+// What a reviewer pastes: each kind of record under its heading, in product terms.
+void GitMergeTest::reviewFormat()
+{
+    Git({"add", "-A"});
+    Git({"commit", "-q", "-m", "base"});
+    Write(m_repo + "/defs/products/products.json",
+          QStringLiteral(R"({"features":{"feature":[%1]},"products":{"product":[{"id":"p","features":["open","save","cut"],
+              "modes":["main"]},{"id":"q","features":["open"]},{"id":"p2","features":["open","save","cut"],
+              "modes":["main"]}]}})")
+              .arg(R"({"id":"open","title":"Open file"},)" + kSave + "," + kCut));
+    Write(m_repo + "/defs/layouts/main.json", Layout(R"("open","save")", R"(,"extensions":{"open":["obj"]})"));
+
+    const Run run = Program({"diff", "defs", "--from", "HEAD", "--format", "review"});
+    QCOMPARE(run.status, 1);
+    QCOMPARE(run.out, QString("## Definition changes: defs at HEAD -> defs\n"
+                              "\n### Features\n\n"
+                              "- feature cut added\n"
+                              "- feature open: title \"Open\" -> \"Open file\"\n"
+                              "\n### Products\n\n"
+                              "- product p2 added (duplicate of p)\n"
+                              "- product q: layout main removed\n"
+                              "\n### Layouts\n\n"
+                              "- layout main: now opens obj\n"
+                              "\n5 changes\n"));
 }
 
 void GitMergeTest::mergeFolders()

@@ -86,9 +86,15 @@ private slots:
                    r.features["save"].productIds.insert("pro2");
                })
             << QStringList{"product pro2 added (duplicate of pro)"} << "Duplicate product pro as pro2";
-        QTest::newRow("product renamed")
-            << Edit([](RecordsSnapshot &r) { Product(r, "viewer").id = "viewer2"; })
-            << QStringList{"product viewer renamed to viewer2"} << "Rename product viewer to viewer2";
+        QTest::newRow("product renamed, one feature moved along, one joining")
+            << Edit([](RecordsSnapshot &r) {
+                   Product(r, "viewer").id = "viewer2";
+                   r.features["save"].productIds.remove("viewer");
+                   r.features["save"].productIds.insert("viewer2");
+                   r.features["edit_delete"].productIds.insert("viewer2");
+               })
+            << QStringList{"feature edit_delete added to product viewer2", "product viewer renamed to viewer2"}
+            << "Rename product viewer to viewer2";
         QTest::newRow("product removed from everywhere")
             << Edit([](RecordsSnapshot &r) {
                    r.products.products.removeLast();
