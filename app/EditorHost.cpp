@@ -114,14 +114,25 @@ public:
     Reader reader()
     {
         return [this](const QString &path) {
-            if (m_firstRead.isEmpty())
+            if (m_firstRead.isEmpty()) {
                 m_firstRead = path;
+                // Load and Reload see the folder as its last save left it, finished or undone.
+                FolderOpener opener(FileAccess::ReadFile, QString());
+                const bool recovered = opener.Recover(FolderOf(path));
+                for (const QString &message : opener.Messages())
+                    Err() << message << "\n";
+                m_recoveryRefusal = recovered ? QString() : opener.Messages().last();
+                if (!recovered)
+                    return QByteArray();
+            }
             return FileAccess::ReadFile(path);
         };
     }
     Writer writer()
     {
         return [this, write = m_access.writer()](const QString &path, const QByteArray &bytes) {
+            if (m_saved.isEmpty())
+                m_access.BeginSave(FolderOf(path));
             m_saved << path;
             if (QFileInfo(path).isFile() && FileAccess::ReadFile(path) == bytes) {
                 ++m_unchanged;
@@ -179,6 +190,12 @@ private:
         if (m_saved.isEmpty())
             return; // the folder dialog was cancelled
         const QString folder = Native(FolderOf(m_saved.first()));
+        if (!m_access.FinishSave() && m_failed == 0) {
+            // Every file was written aside, but they could not all be put in place.
+            m_failed = m_saved.size() - m_unchanged;
+            QMessageBox::warning(m_window, QStringLiteral("Save"),
+                                 QStringLiteral("Could not write %1").arg(m_access.errors().last()));
+        }
         if (m_failed > 0) {
             m_window->statusBar()->showMessage(
                 QStringLiteral("Could not save %1 of %2 files to %3").arg(m_failed).arg(m_saved.size()).arg(folder));
@@ -207,7 +224,7 @@ private:
             m_window->statusBar()->showMessage(QStringLiteral("Loaded %1").arg(folder));
             return;
         }
-        QString reason = RefusalMessage(*refusal);
+        QString reason = m_recoveryRefusal.isEmpty() ? RefusalMessage(*refusal) : m_recoveryRefusal;
         const QString lead = QStringLiteral("product-editor: ");
         if (reason.startsWith(lead))
             reason.remove(0, lead.size());
@@ -239,6 +256,7 @@ private:
     QMainWindow *m_window = nullptr; // the parent
     VantixJsonData *m_store = nullptr; // lives in the window
     QString m_firstRead;    // the first file read since the last report
+    QString m_recoveryRefusal; // why that load found an interrupted save it could not finish
     QStringList m_saved;    // the files of the current save
     int m_unchanged = 0;
     int m_failed = 0;
@@ -248,6 +266,10 @@ std::unique_ptr<QMainWindow> OpenWindow(const QString &folder, const QString &ca
                                         const Writer &writer, QStringList *messages, VantixJsonData **store)
 {
     FolderOpener opener(reader, catalogueFile);
+    if (!opener.Recover(folder)) {
+        *messages = opener.Messages();
+        return nullptr;
+    }
     std::unique_ptr<QMainWindow> window(CreateProductEditorWithCatalogue(
         folder, reader, writer, [&opener, store](VantixJsonData &loaded) {
             if (store)

@@ -24,12 +24,32 @@ ProductEditor::Writer FileAccess::writer()
             return true;
         }
         QString error;
-        if (!WriteFileAtomically(path, bytes, &error)) {
+        if (m_save ? !m_save->Stage(path, bytes, &error) : !WriteFileAtomically(path, bytes, &error)) {
+            m_saveFailed = true;
             m_errors << QStringLiteral("%1: %2").arg(path, error);
             return false;
         }
         return true;
     };
+}
+
+void FileAccess::BeginSave(const QString &folder)
+{
+    m_save = std::make_unique<ProductEditor::FolderTransaction>(folder);
+    m_saveFailed = false;
+}
+
+bool FileAccess::FinishSave()
+{
+    // Dropping the transaction discards what a failed save staged.
+    const std::unique_ptr<ProductEditor::FolderTransaction> save = std::move(m_save);
+    if (!save || m_saveFailed)
+        return !m_saveFailed;
+    QString error;
+    if (save->Commit(&error))
+        return true;
+    m_errors << error;
+    return false;
 }
 
 QByteArray FileAccess::ReadFile(const QString &path)

@@ -1,13 +1,17 @@
 #pragma once
 
+#include "store/FolderTransaction.h"
 #include "store/VantixJsonData.h"
 
 #include <QStringList>
 
+#include <memory>
+
 // File-backed reader and writer callbacks for the store. The writer never
 // leaves a partial file: it writes a temporary file beside the target and
-// renames it over the target. Failures are collected so the caller can report
-// them, since the store ignores the writer's result.
+// renames it over the target; between BeginSave and FinishSave it renames all
+// of one save's files together, or none. Failures are collected so the caller
+// can report them, since the store ignores the writer's result.
 class FileAccess
 {
 public:
@@ -17,6 +21,11 @@ public:
 
     ProductEditor::Reader reader();
     ProductEditor::Writer writer();
+
+    // The writer's files go to one all-or-nothing save of the definition folder `folder`.
+    void BeginSave(const QString &folder);
+    // Puts the files written since BeginSave in place, or, when any failed, none of them.
+    bool FinishSave();
 
     // Paths whose written content differs from what is on disk (CompareOnly).
     const QStringList &changedFiles() const { return m_changed; }
@@ -30,4 +39,6 @@ private:
     Mode m_mode;
     QStringList m_changed;
     QStringList m_errors;
+    std::unique_ptr<ProductEditor::FolderTransaction> m_save;
+    bool m_saveFailed = false;
 };

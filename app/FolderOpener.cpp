@@ -24,8 +24,16 @@ QMap<QString, QString> FolderOpener::Catalogue(VantixJsonData &store)
     return {};
 }
 
+bool FolderOpener::Recover(const QString &path)
+{
+    m_recovery = FolderTransaction::Recover(path);
+    return m_recovery.outcome != FolderRecovery::Outcome::Refused;
+}
+
 std::unique_ptr<VantixJsonData> FolderOpener::Open(const QString &path, const Writer &writer)
 {
+    if (!Recover(path))
+        return nullptr;
     auto store = std::make_unique<VantixJsonData>(path, m_reader, writer, QMap<QString, QString>());
     store->GetLicenses() = Catalogue(*store);
     if (!Opened())
@@ -35,10 +43,16 @@ std::unique_ptr<VantixJsonData> FolderOpener::Open(const QString &path, const Wr
 
 bool FolderOpener::Opened() const
 {
-    return m_loaded && !m_report.refusal && !m_catalogueProblem;
+    return m_loaded && !m_report.refusal && !m_catalogueProblem
+           && m_recovery.outcome != FolderRecovery::Outcome::Refused;
 }
 
 QStringList FolderOpener::Messages() const
 {
-    return OpenMessages(m_report, m_catalogueProblem);
+    QStringList messages;
+    for (const QString &note : m_recovery.notes)
+        messages << QStringLiteral("product-editor: warning: ") + note;
+    if (m_recovery.outcome == FolderRecovery::Outcome::Refused)
+        messages << RefusalMessage(LoadProblem{m_recovery.file, m_recovery.problem});
+    return messages + OpenMessages(m_report, m_catalogueProblem);
 }

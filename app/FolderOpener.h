@@ -1,5 +1,6 @@
 #pragma once
 
+#include "store/FolderTransaction.h"
 #include "store/LoadReport.h"
 #include "store/VantixJsonData.h"
 
@@ -23,12 +24,16 @@ public:
     // store's load report; a refused folder gets an empty catalogue.
     QMap<QString, QString> Catalogue(ProductEditor::VantixJsonData &store);
 
-    // A store over `path` with its catalogue installed; null when the folder or the
-    // catalogue file was refused.
+    // Finishes or undoes a save of `path` that was interrupted, before anything reads it;
+    // false when it can do neither (the folder is then refused).
+    bool Recover(const QString &path);
+
+    // A store over `path`, recovered, with its catalogue installed; null when the folder or
+    // the catalogue file was refused.
     std::unique_ptr<ProductEditor::VantixJsonData> Open(const QString &path, const ProductEditor::Writer &writer);
 
     bool Opened() const;
-    // One line per skipped layout file, then the refusal if there is one.
+    // One line per file the recovery touched and per skipped layout file, then the refusal.
     QStringList Messages() const;
 
 private:
@@ -37,4 +42,5 @@ private:
     bool m_loaded = false; // Catalogue has run
     ProductEditor::LoadReport m_report;
     std::optional<ProductEditor::LoadProblem> m_catalogueProblem;
+    ProductEditor::FolderRecovery m_recovery;
 };

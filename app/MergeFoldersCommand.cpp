@@ -1,9 +1,11 @@
 #include "CommandLine.h"
 #include "Commands.h"
 #include "FileAccess.h"
+#include "FolderOpener.h"
 #include "MergeReport.h"
 
 #include "store/CanonicalDocument.h"
+#include "store/FolderTransaction.h"
 
 #include <QDir>
 #include <QFile>
@@ -92,20 +94,30 @@ bool FolderMerge::MergeFile(const QString &path, const QString &target)
     return true;
 }
 
+// The merged folder replaces what `out` held all at once, or not at all.
 int WriteResult(const FolderMerge &merge, const QStringList &paths, const QDir &out)
 {
+    FolderOpener opener(FileAccess::ReadFile, QString());
+    const bool recovered = opener.Recover(out.absolutePath());
+    for (const QString &message : opener.Messages())
+        Err() << message << "\n";
+    if (!recovered)
+        return ExitError;
+    FolderTransaction save(out.absolutePath());
     for (const QString &path : paths) {
         const QString target = out.filePath(path);
         if (!merge.result.contains(path)) {
-            if (QFileInfo::exists(target) && !QFile::remove(target))
-                return CommandError(QStringLiteral("%1: cannot remove the file left out").arg(target));
+            if (QFileInfo::exists(target))
+                save.StageRemoval(target);
             continue;
         }
         QString error;
-        if (!QDir().mkpath(QFileInfo(target).path())
-            || !FileAccess::WriteFileAtomically(target, merge.result.value(path), &error))
+        if (!QDir().mkpath(QFileInfo(target).path()) || !save.Stage(target, merge.result.value(path), &error))
             return CommandError(QStringLiteral("cannot write %1: %2").arg(target, error));
     }
+    QString error;
+    if (!save.Commit(&error))
+        return CommandError(QStringLiteral("cannot write %1").arg(error));
     return merge.conflicted ? ExitDifferent : ExitOk;
 }
 

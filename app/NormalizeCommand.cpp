@@ -85,11 +85,15 @@ int RunNormalize(const QStringList &args, const Reader &reader)
         Err() << "product-editor: " << target << ": cannot create the output folder\n";
         return ExitError;
     }
+    access.BeginSave(target);
     if (!store->SaveAs(target)) {
         Err() << "product-editor: " << target
               << ": cannot create the \"products\" or \"layouts\" folder\n";
         return ExitError;
     }
+    // All files or none: a failed save wrote nothing.
+    if (!access.FinishSave())
+        written.clear();
     for (const QString &error : access.errors())
         Err() << "product-editor: cannot write " << error << "\n";
     if (parser.isSet(QStringLiteral("verbose"))) {
