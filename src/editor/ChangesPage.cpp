@@ -7,6 +7,7 @@
 #include "ui_VantixJSONEditor.h"
 
 #include <QFutureWatcher>
+#include <QLabel>
 #include <QProgressBar>
 #include <QProgressDialog>
 #include <QTabBar>
@@ -73,15 +74,29 @@ VantixFeaturesDiffModel *BuildDiffModel(const ComparedDocument &document, QWidge
     return nullptr;
 }
 
+QString Names(const QVector<ComparedDocument> &documents)
+{
+    QStringList names;
+    for (const ComparedDocument &document : documents)
+        names << document.name;
+    return names.join(QStringLiteral(", "));
+}
+
 } // namespace
 
 ChangesPage::ChangesPage(Ui::VantixJSONEditorClass &ui, Model &model)
     : m_ui(ui)
     , m_model(model)
     , m_tabBar(new QTabBar(ui.mp_tab_diff))
+    , m_notice(new QLabel(ui.mp_tab_diff))
 {
     ui.verticalLayout_4->insertWidget(TabBarPosition, m_tabBar);
+    // Right above "Apply changes", where it is read before applying.
+    m_notice->setObjectName(QStringLiteral("mp_lbl_diff_notice"));
+    m_notice->setWordWrap(true);
+    ui.verticalLayout_4->insertWidget(ui.verticalLayout_4->indexOf(ui.mp_tree_diff) + 1, m_notice);
     m_review = std::make_unique<DiffReview>(ui, m_tabBar);
+    Recheck();
     connect(ui.mp_btn_update, &QPushButton::clicked, this, &ChangesPage::_Update);
     connect(ui.mp_btn_apply_patch, &QPushButton::clicked, this, &ChangesPage::_ApplyChanges);
 }
@@ -102,31 +117,125 @@ void ChangesPage::ShowDiff(int index)
         tree->resizeColumnToContents(column);
 }
 
+// The store's documents come from the last Update, product comparison or save, or from the load.
 void ChangesPage::CompareDocuments()
 {
-    _Rebuild(UpdateComparedDocuments(m_model.GetData()), Refresh::AtEnd);
+    const QVector<ComparedDocument> documents = UpdateComparedDocuments(m_model.GetData());
+    _Rebuild(documents, Refresh::AtEnd);
     m_ui.mp_btn_apply_patch->show();
     m_review->Recount(true);
+    _Compared(QStringLiteral("the loaded files with the documents last regenerated: %1").arg(Names(documents)),
+              m_regeneratedRecords);
 }
 
 void ChangesPage::CompareProducts(const QString &leftId, const QString &rightId)
 {
     VantixJsonData &data = m_model.GetData();
     data.UpdateResultJsons();
+    Regenerated();
     _Rebuild({ProductsToCompare(data.GetProductsResultJson(), leftId, rightId)}, Refresh::AtEnd,
-             [&leftId, &rightId](VantixFeaturesDiffModel &model) {
-                 model.setHeaders({QStringLiteral("Key"), leftId, rightId});
-                 model.setEditableMode(false);
-             });
+             {QStringLiteral("Key"), leftId, rightId}, false);
     m_ui.mp_btn_apply_patch->hide();
     m_review->Recount(false);
+    _Compared(QStringLiteral("product %1 with product %2").arg(leftId, rightId), m_regeneratedRecords);
 }
 
 void ChangesPage::_Update()
 {
     m_model.GetData().UpdateResultJsons();
-    _Rebuild(UpdateComparedDocuments(m_model.GetData()), Refresh::PerLayout);
+    Regenerated();
+    const QVector<ComparedDocument> documents = UpdateComparedDocuments(m_model.GetData());
+    _Rebuild(documents, Refresh::PerLayout);
     m_review->Recount(true);
+    _Compared(QStringLiteral("the loaded files with the documents regenerated from the definitions: %1")
+                  .arg(Names(documents)),
+              m_regeneratedRecords);
+}
+
+void ChangesPage::Regenerated()
+{
+    m_regeneratedRecords = RecordsSnapshot::Take(m_model.GetData());
+}
+
+void ChangesPage::Loaded()
+{
+    // The store's documents are the loaded ones now, not regenerated from anything.
+    m_regeneratedRecords.reset();
+    Recheck();
+}
+
+void ChangesPage::_Compared(const QString &what, std::optional<RecordsSnapshot> records)
+{
+    m_compared = what;
+    m_comparedRecords = std::move(records);
+    Recheck();
+}
+
+void ChangesPage::Recheck()
+{
+    const bool current = m_comparedRecords && *m_comparedRecords == RecordsSnapshot::Take(m_model.GetData());
+    QString text = QStringLiteral("Not compared yet: press Update to compare the definitions with the loaded files.");
+    if (!m_compared.isEmpty()) {
+        text = QStringLiteral("Compared %1; only documents with differences have a tab.").arg(m_compared);
+        if (!current)
+            text += QStringLiteral("\nThese differences do not describe the definitions as they are now: "
+                                   "press Update to compare again.");
+    }
+    m_notice->setText(text);
+    QFont font = m_notice->font();
+    font.setBold(!m_compared.isEmpty() && !current);
+    m_notice->setFont(font);
+    m_review->SetCurrent(m_compared.isEmpty() ? DiffReview::NotCompared
+                                              : current ? DiffReview::Current : DiffReview::OutOfDate);
+}
+
+ChangesPage::State ChangesPage::Capture() const
+{
+    VantixJsonData &data = m_model.GetData();
+    State state;
+    state.build = m_build;
+    state.shown = m_shown;
+    state.ticks = m_review->Ticks();
+    state.currentTab = m_tabBar->currentIndex();
+    state.treeShown = m_ui.mp_tree_diff->model() != nullptr;
+    state.applyShown = !m_ui.mp_btn_apply_patch->isHidden();
+    state.applicable = m_review->Applicable();
+    state.compared = m_compared;
+    state.comparedRecords = m_comparedRecords;
+    state.regeneratedRecords = m_regeneratedRecords;
+    state.productsResult = data.GetProductsResultJson();
+    state.layoutsResult = data.GetLayoutsResultJsons();
+    return state;
+}
+
+void ChangesPage::Restore(const State &state)
+{
+    VantixJsonData &data = m_model.GetData();
+    data.GetProductsResultJson() = state.productsResult;
+    data.GetLayoutsResultJsons() = state.layoutsResult;
+    m_regeneratedRecords = state.regeneratedRecords;
+    // The same documents give the same tree, so a step back past an Update builds it again.
+    if (state.build != m_build) {
+        _Show(nullptr);
+        _ClearTabs();
+        for (const Shown &shown : state.shown) {
+            auto *model = new VantixFeaturesDiffModel(m_tabBar);
+            model->Regenerate(shown.document.left, shown.document.right);
+            _AddTab(shown, model);
+        }
+        m_build = state.build;
+    }
+    m_review->SetTicks(state.ticks);
+    m_tabBar->setCurrentIndex(state.currentTab);
+    if (!state.treeShown)
+        _Show(nullptr);
+    else if (m_ui.mp_tree_diff->model() != DiffModelOf(m_tabBar, m_tabBar->currentIndex()))
+        ShowDiff(m_tabBar->currentIndex());
+    m_ui.mp_btn_apply_patch->setVisible(state.applyShown);
+    m_review->Recount(state.applicable);
+    m_compared = state.compared;
+    m_comparedRecords = state.comparedRecords;
+    Recheck();
 }
 
 void ChangesPage::_Show(VantixFeaturesDiffModel *model)
@@ -135,16 +244,15 @@ void ChangesPage::_Show(VantixFeaturesDiffModel *model)
     m_review->Follow(model);
 }
 
-void ChangesPage::_Rebuild(const QVector<ComparedDocument> &documents, Refresh refresh, const Prepare &prepare)
+void ChangesPage::_Rebuild(const QVector<ComparedDocument> &documents, Refresh refresh, const QStringList &headers,
+                           bool editable)
 {
     _Show(nullptr);
     _ClearTabs();
+    ++m_build;
     for (int i = 0; i < documents.size(); ++i) {
-        if (VantixFeaturesDiffModel *model = BuildDiffModel(documents[i], m_tabBar)) {
-            if (prepare)
-                prepare(*model);
-            m_tabBar->setTabData(m_tabBar->addTab(documents[i].name), QVariant::fromValue(model));
-        }
+        if (VantixFeaturesDiffModel *model = BuildDiffModel(documents[i], m_tabBar))
+            _AddTab({documents[i], headers, editable}, model);
         // Update refreshes after each layout, not after the products alone, so a
         // folder without layouts leaves the tree empty and the button as it was.
         // Nothing changes the tree between two layouts, so it is measured once.
@@ -159,8 +267,19 @@ void ChangesPage::_Rebuild(const QVector<ComparedDocument> &documents, Refresh r
         ShowDiff(FirstTab);
 }
 
+void ChangesPage::_AddTab(const Shown &shown, VantixFeaturesDiffModel *model)
+{
+    if (!shown.headers.isEmpty())
+        model->setHeaders(shown.headers);
+    if (!shown.editable)
+        model->setEditableMode(false);
+    m_tabBar->setTabData(m_tabBar->addTab(shown.document.name), QVariant::fromValue(model));
+    m_shown.append(shown);
+}
+
 void ChangesPage::_ClearTabs()
 {
+    m_shown.clear();
     while (m_tabBar->count() > 0) {
         delete DiffModelOf(m_tabBar, FirstTab);
         m_tabBar->removeTab(FirstTab);

@@ -1,13 +1,18 @@
 #pragma once
 
 #include "store/ComparedDocument.h"
+#include "store/RecordsSnapshot.h"
 
+#include <QJsonObject>
+#include <QMap>
 #include <QObject>
+#include <QStringList>
 #include <QVector>
 
-#include <functional>
 #include <memory>
+#include <optional>
 
+class QLabel;
 class QTabBar;
 
 namespace Ui {
@@ -25,6 +30,32 @@ class VantixFeaturesDiffModel;
 class ChangesPage : public QObject
 {
 public:
+    // A document with a tab, as it was compared.
+    struct Shown
+    {
+        ComparedDocument document;
+        QStringList headers; // empty for the default ones
+        bool editable = true;
+    };
+
+    // What the page shows and what it was compared from, kept with each undo step
+    // so that going back to a step shows the page as it was there.
+    struct State
+    {
+        quint64 build = 0; // which rebuild made the tabs
+        QVector<Shown> shown;
+        QVector<QVector<int>> ticks;
+        int currentTab = -1;
+        bool treeShown = false;
+        bool applyShown = false;
+        bool applicable = true;
+        QString compared; // what was compared, in words; empty before the first comparison
+        std::optional<RecordsSnapshot> comparedRecords;
+        std::optional<RecordsSnapshot> regeneratedRecords;
+        QJsonObject productsResult;
+        QMap<QString, QJsonObject> layoutsResult;
+    };
+
     ChangesPage(Ui::VantixJSONEditorClass &ui, Model &model);
     ~ChangesPage() override;
 
@@ -36,11 +67,22 @@ public:
     // "Compare products...": a diff that cannot be applied.
     void CompareProducts(const QString &leftId, const QString &rightId);
 
+    // The store regenerated its documents from the records as they are (a save).
+    void Regenerated();
+    // The store holds a folder as loaded.
+    void Loaded();
+    // Tells on the page whether the shown differences still describe the records.
+    void Recheck();
+    State Capture() const;
+    void Restore(const State &state);
+
 private:
     enum class Refresh { AtEnd, PerLayout };
-    using Prepare = std::function<void(VantixFeaturesDiffModel &)>;
 
-    void _Rebuild(const QVector<ComparedDocument> &documents, Refresh refresh, const Prepare &prepare = {});
+    void _Rebuild(const QVector<ComparedDocument> &documents, Refresh refresh, const QStringList &headers = {},
+                  bool editable = true);
+    void _AddTab(const Shown &shown, VantixFeaturesDiffModel *model);
+    void _Compared(const QString &what, std::optional<RecordsSnapshot> records);
     void _Show(VantixFeaturesDiffModel *model);
     void _ClearTabs();
     void _Update();
@@ -50,6 +92,12 @@ private:
     Model &m_model;
     QTabBar *m_tabBar = nullptr; // owned by the Changes page widget
     std::unique_ptr<DiffReview> m_review;
+    QLabel *m_notice; // owned by the Changes page widget
+    quint64 m_build = 0;
+    QVector<Shown> m_shown;
+    QString m_compared;
+    std::optional<RecordsSnapshot> m_comparedRecords;    // the records the shown differences describe
+    std::optional<RecordsSnapshot> m_regeneratedRecords; // the records the store's documents were made from
 };
 
 } // namespace ProductEditor

@@ -11,6 +11,8 @@
 #include <QPushButton>
 #include <QTabBar>
 
+#include <algorithm>
+
 namespace ProductEditor {
 
 namespace {
@@ -64,7 +66,7 @@ QPushButton *AddButton(QHBoxLayout *row, const char *name, const QString &text, 
 DiffReview::DiffReview(Ui::VantixJSONEditorClass &ui, QTabBar *tabBar)
     : m_ui(ui)
     , m_tabBar(tabBar)
-    , m_summary(new QLabel(QStringLiteral("No differences")))
+    , m_summary(new QLabel(QStringLiteral("Not compared yet")))
     , m_details(new QPlainTextEdit)
 {
     auto *row = new QHBoxLayout;
@@ -101,11 +103,65 @@ void DiffReview::Recount(bool applicable)
         total += count;
         documents += count > 0 ? 1 : 0;
     }
-    m_summary->setText(total == 0 ? QStringLiteral("No differences")
-                                  : QStringLiteral("%1 in %2").arg(DiffText::Differences(total),
-                                                                   documents == 1 ? QStringLiteral("1 document")
-                                                                                  : QStringLiteral("%1 documents").arg(documents)));
+    m_counted = total == 0 ? QStringLiteral("No differences")
+                           : QStringLiteral("%1 in %2").arg(DiffText::Differences(total),
+                                                            documents == 1 ? QStringLiteral("1 document")
+                                                                           : QStringLiteral("%1 documents").arg(documents));
+    _ShowSummary();
     _ShowDetails(m_ui.mp_tree_diff->currentIndex());
+}
+
+bool DiffReview::Applicable() const
+{
+    return m_applicable;
+}
+
+void DiffReview::SetCurrent(Standing standing)
+{
+    m_standing = standing;
+    _ShowSummary();
+}
+
+void DiffReview::_ShowSummary()
+{
+    if (m_standing == NotCompared)
+        m_summary->setText(QStringLiteral("Not compared yet"));
+    else
+        m_summary->setText(m_standing == Current ? m_counted : m_counted + QStringLiteral(" (out of date)"));
+}
+
+QVector<QVector<int>> DiffReview::Ticks() const
+{
+    QVector<QVector<int>> ticks;
+    for (int tab = 0; tab < m_tabBar->count(); ++tab) {
+        QVector<Row> rows;
+        if (const VantixFeaturesDiffModel *model = ModelOf(m_tabBar, tab))
+            CollectRows(tab, model, QModelIndex(), rows);
+        QVector<int> right;
+        for (int i = 0; i < rows.size(); ++i) {
+            if (NodeOf(rows[i].index)->action() == UseRight)
+                right << i;
+        }
+        ticks << right;
+    }
+    return ticks;
+}
+
+void DiffReview::SetTicks(const QVector<QVector<int>> &ticks)
+{
+    for (int tab = 0; tab < m_tabBar->count() && tab < ticks.size(); ++tab) {
+        VantixFeaturesDiffModel *model = ModelOf(m_tabBar, tab);
+        if (!model)
+            continue;
+        QVector<Row> rows;
+        CollectRows(tab, model, QModelIndex(), rows);
+        for (int i = 0; i < rows.size(); ++i) {
+            const bool right = std::binary_search(ticks[tab].cbegin(), ticks[tab].cend(), i);
+            if (right != (NodeOf(rows[i].index)->action() == UseRight))
+                model->setData(rows[i].index.sibling(rows[i].index.row(), right ? RightColumn : LeftColumn),
+                               Qt::Checked, Qt::CheckStateRole);
+        }
+    }
 }
 
 void DiffReview::Follow(VantixFeaturesDiffModel *model)

@@ -3,6 +3,7 @@
 #include <QMetaObject>
 #include <QObject>
 #include <QString>
+#include <QVector>
 
 class QAbstractItemModel;
 class QLabel;
@@ -24,25 +25,36 @@ class VantixFeaturesDiffModel;
 class DiffReview : public QObject
 {
 public:
+    // Whether the shown differences describe the records as they are.
+    enum Standing { NotCompared, Current, OutOfDate };
+
     DiffReview(Ui::VantixJSONEditorClass &ui, QTabBar *tabBar);
 
     // After the tabs were rebuilt; `applicable` tells whether "Apply changes" can take them.
     void Recount(bool applicable);
+    bool Applicable() const;
+    void SetCurrent(Standing standing);
     // After the tree shows another model.
     void Follow(VantixFeaturesDiffModel *model);
     // Moves to the next (+1) or previous (-1) difference, wrapping around.
     void Step(int direction);
     // Ticks `column` (1 left, 2 right) of every row of the shown document that offers a choice.
     void TakeAll(int column);
+    // Per tab, the rows (counted in the tree's order) that take the right side.
+    QVector<QVector<int>> Ticks() const;
+    void SetTicks(const QVector<QVector<int>> &ticks);
 
 private:
     void _ShowDetails(const QModelIndex &current);
+    void _ShowSummary();
 
     Ui::VantixJSONEditorClass &m_ui;
     QTabBar *m_tabBar; // not owned
     QLabel *m_summary;
     QPlainTextEdit *m_details;
     bool m_applicable = true;
+    QString m_counted;
+    Standing m_standing = NotCompared;
     QMetaObject::Connection m_current;
     QMetaObject::Connection m_ticks;
 };

@@ -23,7 +23,9 @@ namespace ProductEditor {
 namespace {
 
 // One step: the records before and after it. The stack redoes a command as it
-// is pushed; the records are already in that state then.
+// is pushed; the records are already in that state then. The Changes page can
+// change without a step (Update, ticks), so each side keeps the page as it was
+// when the stack last left that side.
 class SnapshotCommand : public QUndoCommand
 {
 public:
@@ -32,14 +34,22 @@ public:
         , m_history(history)
         , m_before(std::move(before))
         , m_after(std::move(after))
+        , m_changesBefore(history.CaptureChanges())
+        , m_changesAfter(m_changesBefore)
     {
     }
 
-    void undo() override { m_history.Restore(m_before); }
+    void undo() override
+    {
+        m_changesAfter = m_history.CaptureChanges();
+        m_history.Restore(m_before, m_changesBefore);
+    }
     void redo() override
     {
-        if (m_pushed)
-            m_history.Restore(m_after);
+        if (m_pushed) {
+            m_changesBefore = m_history.CaptureChanges();
+            m_history.Restore(m_after, m_changesAfter);
+        }
         m_pushed = true;
     }
 
@@ -47,6 +57,8 @@ private:
     UndoHistory &m_history;
     RecordsSnapshot m_before;
     RecordsSnapshot m_after;
+    ChangesPage::State m_changesBefore;
+    ChangesPage::State m_changesAfter;
     bool m_pushed = false;
 };
 
@@ -58,9 +70,10 @@ QString CurrentId(const QAbstractItemView *view, int column)
 
 } // namespace
 
-UndoHistory::UndoHistory(Ui::VantixJSONEditorClass &ui, Model &model, QUndoStack &stack)
+UndoHistory::UndoHistory(Ui::VantixJSONEditorClass &ui, Model &model, ChangesPage &changes, QUndoStack &stack)
     : m_ui(ui)
     , m_model(model)
+    , m_changes(changes)
     , m_stack(stack)
     , m_sources(SourceModels({model.GetSourceFeaturesModel(), model.GetProductsModel(), model.GetLayoutsModel(),
                               model.GetLicensesModel(), model.GetExtensionsModel(), model.GetExtensionsProductModel(),
@@ -117,7 +130,12 @@ void UndoHistory::Clear()
     m_stack.clear();
 }
 
-void UndoHistory::Restore(const RecordsSnapshot &snapshot)
+ChangesPage::State UndoHistory::CaptureChanges() const
+{
+    return m_changes.Capture();
+}
+
+void UndoHistory::Restore(const RecordsSnapshot &snapshot, const ChangesPage::State &changes)
 {
     const QString feature = CurrentId(m_ui.mp_lst_features, FeaturesModel::IdColumn);
     const QString product = CurrentId(m_ui.mp_lst_products, ProductsModel::IdColumn);
@@ -126,6 +144,7 @@ void UndoHistory::Restore(const RecordsSnapshot &snapshot)
     m_restoring = true;
     ResetAround(m_sources, [this, &snapshot] { snapshot.Restore(m_model.GetData()); });
     m_current = snapshot;
+    m_changes.Restore(changes);
     _ReselectFeature(feature);
     _Reselect(m_ui.mp_lst_products, ProductsModel::IdColumn, product);
     _Reselect(m_ui.mp_lst_extensions, ExtensionsModel::IdColumn, extension);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editor/ChangesPage.h"
 #include "store/RecordsSnapshot.h"
 
 #include <QObject>
@@ -15,6 +16,7 @@ class VantixJSONEditorClass;
 
 namespace ProductEditor {
 
+class ChangesPage;
 class Model;
 
 // Turns every change of the store's records into one step on the undo stack.
@@ -24,7 +26,7 @@ class Model;
 class UndoHistory : public QObject
 {
 public:
-    UndoHistory(Ui::VantixJSONEditorClass &ui, Model &model, QUndoStack &stack);
+    UndoHistory(Ui::VantixJSONEditorClass &ui, Model &model, ChangesPage &changes, QUndoStack &stack);
 
     // Records a change that is still waiting for the end of its event.
     void Flush();
@@ -33,9 +35,10 @@ public:
     // A view that moves through the stack itself: a click on it first records
     // what the click committed elsewhere (a field that loses focus).
     void Watch(QAbstractItemView *view);
-    // Puts `snapshot` back and refreshes every view, keeping the current
-    // feature, product and extension where they still exist.
-    void Restore(const RecordsSnapshot &snapshot);
+    // Puts `snapshot` and the Changes page of that step back and refreshes every
+    // view, keeping the current feature, product and extension where they still exist.
+    void Restore(const RecordsSnapshot &snapshot, const ChangesPage::State &changes);
+    ChangesPage::State CaptureChanges() const;
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -47,6 +50,7 @@ private:
 
     Ui::VantixJSONEditorClass &m_ui;
     Model &m_model;
+    ChangesPage &m_changes;
     QUndoStack &m_stack;
     QVector<QAbstractItemModel *> m_sources; // the models that read the records directly
     RecordsSnapshot m_current;               // the records after the last recorded step

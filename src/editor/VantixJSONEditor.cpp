@@ -93,7 +93,7 @@ void VantixJSONEditor::_InitMenu()
 void VantixJSONEditor::_InitEditMenu()
 {
     QUndoStack &stack = d->undoStack;
-    d->history = std::make_unique<UndoHistory>(d->ui, d->model, stack);
+    d->history = std::make_unique<UndoHistory>(d->ui, d->model, *d->changes, stack);
 
     auto *menu = new QMenu(QStringLiteral("Edit"), d->ui.menuBar);
     menu->setObjectName(QStringLiteral("menuEdit"));
@@ -116,6 +116,7 @@ void VantixJSONEditor::_InitEditMenu()
         d->undoStack.redo();
     });
     menu->addAction(_CreateHistoryDock());
+    connect(&stack, &QUndoStack::indexChanged, d->changes.get(), &ChangesPage::Recheck);
     connect(&stack, &QUndoStack::canUndoChanged, undo, &QAction::setEnabled);
     connect(&stack, &QUndoStack::canRedoChanged, redo, &QAction::setEnabled);
     // "Undo Hide feature open": the step's name, with its '&' kept from becoming a mnemonic.
@@ -166,8 +167,10 @@ void VantixJSONEditor::_Reload()
 {
     if (PageTools::Confirm(this, QStringLiteral("Reload"),
                            QStringLiteral("You will lost all your changes, are you sure?"))
-        && _LoadWith([this] { return d->model.GetData().Reload(); }))
+        && _LoadWith([this] { return d->model.GetData().Reload(); })) {
         d->history->Clear();
+        d->changes->Loaded();
+    }
 }
 
 void VantixJSONEditor::_Load()
@@ -192,6 +195,7 @@ bool VantixJSONEditor::_LoadWith(const std::function<bool()> &load)
 void VantixJSONEditor::_Loaded(const QString &path)
 {
     d->history->Clear();
+    d->changes->Loaded();
     setWindowFilePath(path);
 }
 
@@ -199,7 +203,7 @@ void VantixJSONEditor::_Save()
 {
     d->history->Flush();
     if (d->model.GetData().Save())
-        d->undoStack.setClean();
+        _Saved();
 }
 
 void VantixJSONEditor::_SaveAs()
@@ -207,7 +211,14 @@ void VantixJSONEditor::_SaveAs()
     const QString path = _AskFolder(QStringLiteral("Save as"));
     d->history->Flush();
     if (!path.isEmpty() && d->model.GetData().SaveAs(path))
-        d->undoStack.setClean();
+        _Saved();
+}
+
+// A save regenerates the documents it writes from the records.
+void VantixJSONEditor::_Saved()
+{
+    d->undoStack.setClean();
+    d->changes->Regenerated();
 }
 
 void VantixJSONEditor::_Compare()

@@ -56,6 +56,7 @@ private:
     void _Load();
     void _Save();
     void _SaveAs();
+    void _Saved();
     void _Loaded(const QString &path);
     bool _LoadWith(const std::function<bool()> &load);
     void _Compare();

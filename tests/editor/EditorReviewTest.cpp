@@ -31,9 +31,86 @@ class EditorReviewTest : public QObject, EditorTestState
         editor->run("mp_run_reload");
     }
 
+    // The summary, and the right side of the first difference with what "Apply changes" does with it.
+    QString observe()
+    {
+        QString seen = summary();
+        if (editor->diffBar()->count() > 0) {
+            editor->diffBar()->setCurrentIndex(0);
+            tree()->setCurrentIndex(QModelIndex());
+            editor->run("mp_btn_next_difference");
+            const QStringList lines = details().split('\n');
+            seen += " | " + lines.value(lines.indexOf("Right:") + 1) + " | " + lines.last();
+        }
+        return seen;
+    }
+    void act(const QString &action)
+    {
+        if (action == "title" || action == "title2")
+            editor->model("mp_lst_features")->setData(cell("mp_lst_features", 0, 1), action == "title" ? "Opened" : "Opened2");
+        else if (action == "join") { // mesh_cut joins "basic"
+            view("mp_lst_features")->setCurrentIndex(cell("mp_lst_features", 2, 0));
+            emit view("mp_lst_feature_product")->clicked(cell("mp_lst_feature_product", 0, 0));
+        } else if (action == "right")
+            editor->run("mp_btn_take_right");
+        else if (action == "compare") {
+            answers->Then({editor->folder.root(), editor->folder.root()});
+            editor->run("mp_run_compare");
+        } else if (action == "reload") {
+            answers->Then({int(QMessageBox::Yes)});
+            editor->run("mp_run_reload");
+        } else
+            editor->run(action.startsWith("mp_") ? action : (action == "undo" || action == "redo" ? "mp_run_" : "mp_btn_") + action);
+        QTest::qWait(0);
+    }
+
 private slots:
     void init() { start(); }
     void cleanup() { QCOMPARE(answers->Pending(), 0); }
+
+    // The page says what it compared and whether the records changed since, and each
+    // undo step shows the page as it was at that step.
+    void pageFollowsTheSteps_data()
+    {
+        QTest::addColumn<QStringList>("actions");
+        QTest::addColumn<QStringList>("seen");
+        const QString none = "No differences";
+        const QString title = "1 difference in 1 document%1 | \"%2\" | Apply changes: keeps the left value";
+        const QString opened = title.arg("", "Opened");
+        const QString openedOutdated = title.arg(" (out of date)", "Opened");
+        const QString joined = "1 difference in 1 document%1 | \"mesh_cut\" | Apply changes: %2";
+        QTest::newRow("an edit outdates the comparison, its undo does not")
+            << QStringList{"title", "update", "title2", "undo", "redo", "reload"}
+            << QStringList{"Not compared yet", opened, openedOutdated, opened, openedOutdated, openedOutdated};
+        QTest::newRow("undoing Apply brings back the ticked differences")
+            << QStringList{"join", "update", "right", "apply_patch", "update", "undo", "redo"}
+            << QStringList{"Not compared yet", joined.arg("", "leaves the element out"), joined.arg("", "adds the element"),
+                           joined.arg(" (out of date)", "adds the element"), none, joined.arg("", "adds the element"), none};
+        QTest::newRow("Compare... after an undo compares the documents of that step")
+            << QStringList{"title", "update", "title2", "update", "undo", "compare"}
+            << QStringList{"Not compared yet", opened, openedOutdated, title.arg("", "Opened2"), opened, opened};
+    }
+    void pageFollowsTheSteps()
+    {
+        QFETCH(QStringList, actions);
+        QFETCH(QStringList, seen);
+        for (int i = 0; i < actions.size(); ++i) {
+            act(actions[i]);
+            QCOMPARE(observe(), seen[i]);
+        }
+    }
+
+    void noticeSaysWhatWasCompared()
+    {
+        auto *notice = editor->find<QLabel>("mp_lbl_diff_notice");
+        QVERIFY(notice->text().startsWith("Not compared yet"));
+        act("update");
+        QCOMPARE(notice->text(), "Compared the loaded files with the documents regenerated from the definitions: "
+                                 "Products, expert, main; only documents with differences have a tab.");
+        act("title");
+        QVERIFY(notice->text().endsWith("\nThese differences do not describe the definitions as they are now: "
+                                        "press Update to compare again."));
+    }
 
     void countsAndSteps()
     {
