@@ -181,10 +181,13 @@ public:
             return changes;
         auto left = m_before.cbegin(), right = m_after.cbegin();
         while (left != m_before.cend() || right != m_after.cend()) {
-            if (right == m_after.cend() || (left != m_before.cend() && left.key() < right.key())) {
+            const int order = left == m_before.cend()  ? 1
+                              : right == m_after.cend() ? -1
+                                                        : QString::compare(left.key(), right.key());
+            if (order < 0) {
                 changes.append(MakeChange(m_record, Kind::Removed, left.key()));
                 ++left;
-            } else if (left == m_before.cend() || right.key() < left.key()) {
+            } else if (order > 0) {
                 changes.append(MakeChange(m_record, Kind::Added, right.key()));
                 ++right;
             } else {
