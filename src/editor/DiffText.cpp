@@ -1,6 +1,8 @@
 #include "editor/DiffText.h"
 
+#include "json/DiffNodeChange.h"
 #include "json/QJsonDiffTreeItem.h"
+#include "store/ChangeWording.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -90,6 +92,8 @@ QString Details(const QJsonDiffTreeItem &node, bool applicable)
     const QString left = (type & Flag::RightOnly) ? absent : Json(node.values().left);
     const QString right = (type & Flag::LeftOnly) ? absent : Json(node.values().right);
     QStringList lines{QStringLiteral("Path: ") + Path(node)};
+    if (const auto change = applicable ? RecordChangeOfDiffNode(node) : std::nullopt)
+        lines << QStringLiteral("In product terms: ") + WordChange(*change, ChangeWording::Statement);
     const Difference &values = node.values();
     if ((type & Flag::Choosable) || !values.left.isNull() || !values.right.isNull())
         lines << QStringLiteral("Left:") << left << QStringLiteral("Right:") << right;

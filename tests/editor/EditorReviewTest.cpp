@@ -139,8 +139,9 @@ private slots:
         editor->run("mp_btn_update");
         QCOMPARE(summary(), "1 difference in 1 document");
         editor->run("mp_btn_next_difference");
-        QCOMPARE(details(), "Path: features / feature / file_open / title\nLeft:\n\"Open\"\nRight:\n\"Opened\"\n"
-                            "Apply changes: keeps the left value");
+        QCOMPARE(details(), "Path: features / feature / file_open / title\n"
+                            "In product terms: feature file_open: title \"Open\" -> \"Opened\"\n"
+                            "Left:\n\"Open\"\nRight:\n\"Opened\"\nApply changes: keeps the left value");
     }
 
     void takeAllRightThenApply()

@@ -1,6 +1,11 @@
+#include "json/DiffNodeChange.h"
+#include "json/JsonDiff.h"
+#include "json/QJsonDiffTreeItem.h"
 #include "store/ChangeWording.h"
 #include "store/RecordComparison.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTest>
 
 #include <functional>
@@ -31,6 +36,14 @@ RecordsSnapshot Base()
 ProductData &Product(RecordsSnapshot &records, const QString &id)
 {
     return *records.products.Find(id);
+}
+
+void WordRows(const QJsonTreeItem &node, QStringList &words)
+{
+    if (const auto change = RecordChangeOfDiffNode(static_cast<const QJsonDiffTreeItem &>(node)))
+        words.append(WordChange(*change, ChangeWording::Statement));
+    for (int i = 0; i < node.childCount(); ++i)
+        WordRows(*node.child(i), words);
 }
 
 } // namespace
@@ -168,6 +181,59 @@ private slots:
             words.append(WordChange(change, ChangeWording::Statement));
         QCOMPARE(words, statements);
         QCOMPARE(NameEdit(changes), name);
+    }
+
+    // The rows of the Changes page's diff of a loaded and a regenerated document.
+    void diffRows_data()
+    {
+        QTest::addColumn<QByteArray>("left");
+        QTest::addColumn<QByteArray>("right");
+        QTest::addColumn<QStringList>("statements");
+
+        QTest::newRow("feature fields")
+            << QByteArray(R"({"features":{"feature":[{"id":"open","title":"Open"}]}})")
+            << QByteArray(R"({"features":{"feature":[{"id":"open","title":"Open file","visual":false}]}})")
+            << QStringList{"feature open: now hidden", "feature open: title \"Open\" -> \"Open file\""};
+        QTest::newRow("defaults and unknown keys are no change")
+            << QByteArray(R"({"features":{"feature":[{"id":"open","visual":true,"colour":"red"}]}})")
+            << QByteArray(R"({"features":{"feature":[{"id":"open"}]}})") << QStringList();
+        QTest::newRow("records added and removed")
+            << QByteArray(R"({"features":{"feature":[{"id":"a"}]},"products":{"product":[{"id":"p"}]}})")
+            << QByteArray(R"({"features":{"feature":[{"id":"b"}]},"products":{"product":[]}})")
+            << QStringList{"feature a removed", "feature b added", "product p removed"};
+        QTest::newRow("a product's lists")
+            << QByteArray(R"({"products":{"product":[{"id":"pro","features":["open"],"modes":["cam"],
+                   "extensions":{"open":["step"],"import":[]},
+                   "licensing":{"base":"a","specific":[{"id":"open","licenses":["L1"]}]}}]}})")
+            << QByteArray(R"({"products":{"product":[{"id":"pro","features":["open","save"],"modes":[],
+                   "extensions":{"open":[],"import":["stl"]},
+                   "licensing":{"base":"b","specific":[{"id":"open","licenses":["L1","L2"]}]}}]}})")
+            << QStringList{"feature save added to product pro", "product pro: base license \"a\" -> \"b\"",
+                           "product pro: layout cam removed", "product pro: license L2 granted for open",
+                           "product pro: no longer opens step", "product pro: now imports stl"};
+        QTest::newRow("an extension and its coverage")
+            << QByteArray(R"({"extensions":{"extension":[{"id":"stl","cad_support":true}],
+                   "lic_coveradge":{"export":[{"id":"stl","lic":["X"]}]}}})")
+            << QByteArray(R"({"extensions":{"extension":[{"id":"stl"}],"lic_coveradge":{"export":[{"id":"stl","lic":[]}]}}})")
+            << QStringList{"extension stl: export license X removed", "extension stl: no longer a CAD format"};
+        QTest::newRow("a layout document")
+            << QByteArray(R"({"layouts":{"cam":{"features":["open"],"extensions":{"open":[]}}}})")
+            << QByteArray(R"({"layouts":{"cam":{"features":[],"extensions":{"open":["step"]}}}})")
+            << QStringList{"feature open removed from layout cam", "layout cam: now opens step"};
+    }
+
+    void diffRows()
+    {
+        QFETCH(QByteArray, left);
+        QFETCH(QByteArray, right);
+        QFETCH(QStringList, statements);
+
+        const auto tree = DiffJson(QJsonDocument::fromJson(left).object(), QJsonDocument::fromJson(right).object());
+        QStringList words;
+        if (tree)
+            WordRows(*tree, words);
+        words.sort();
+        QCOMPARE(words, statements);
     }
 };
 
