@@ -75,6 +75,15 @@ bool VantixJSONEditor::eventFilter(QObject *watched, QEvent *event)
     return QMainWindow::eventFilter(watched, event);
 }
 
+// The store does not learn whether its writes succeeded; a host that marks the window
+// unsaved after a save says they did not, so no step is the saved one any more.
+void VantixJSONEditor::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::ModifiedChange && isWindowModified() && d && d->undoStack.isClean())
+        d->undoStack.resetClean();
+    QMainWindow::changeEvent(event);
+}
+
 void VantixJSONEditor::_InitMenu()
 {
     Ui::VantixJSONEditorClass &ui = d->ui;

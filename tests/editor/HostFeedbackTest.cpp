@@ -64,6 +64,32 @@ private slots:
         QCOMPARE(times(folder), first);
     }
 
+    // The host marks a failed save unsaved; stepping back and forth to that step keeps the mark.
+    void failedSaveStaysUnsavedThroughUndoAndRedo()
+    {
+        const QString folder = copyExample();
+        QStringList messages;
+        std::unique_ptr<QMainWindow> window = OpenHostWindow(folder, QString(), &messages);
+        QAbstractItemModel *features = window->findChild<QAbstractItemView *>("mp_lst_features")->model();
+        features->setData(features->index(0, 1), "Changed");
+        QTRY_VERIFY(window->isWindowModified());
+        const QString products = folder + "/products/products.json";
+        QFile::rename(products, products + ".away");
+        QDir().mkpath(products + "/in-the-way");
+        DialogAnswers answers;
+        answers.Then({int(QMessageBox::Ok), int(QMessageBox::Ok)});
+        window->findChild<QAction *>("mp_run_save")->trigger();
+        QVERIFY(answers.log.value(0).contains("Could not write"));
+        QVERIFY(window->isWindowModified());
+        for (const char *step : {"mp_run_undo", "mp_run_redo"}) {
+            window->findChild<QAction *>(step)->trigger();
+            QVERIFY2(window->isWindowModified(), step);
+        }
+        QDir(products).removeRecursively();
+        window->findChild<QAction *>("mp_run_save")->trigger();
+        QVERIFY(!window->isWindowModified());
+    }
+
     void refusedLoadIsTold()
     {
         const QString folder = copyExample();
