@@ -140,12 +140,15 @@ void UndoHistory::Restore(const RecordsSnapshot &snapshot, const ChangesPage::St
     const QString feature = CurrentId(m_ui.mp_lst_features, FeaturesModel::IdColumn);
     const QString product = CurrentId(m_ui.mp_lst_products, ProductsModel::IdColumn);
     const QString extension = CurrentId(m_ui.mp_lst_extensions, ExtensionsModel::IdColumn);
+    // The Features page shows the layouts and licensing of its own current product.
+    const QString featureProduct = CurrentId(m_ui.mp_lst_feature_product, ProductsModel::IdColumn);
 
     m_restoring = true;
     ResetAround(m_sources, [this, &snapshot] { snapshot.Restore(m_model.GetData()); });
     m_current = snapshot;
     m_changes.Restore(changes);
     _ReselectFeature(feature);
+    _Reselect(m_ui.mp_lst_feature_product, ProductsModel::IdColumn, featureProduct);
     _Reselect(m_ui.mp_lst_products, ProductsModel::IdColumn, product);
     _Reselect(m_ui.mp_lst_extensions, ExtensionsModel::IdColumn, extension);
     m_restoring = false;

@@ -187,6 +187,20 @@ private slots:
         QVERIFY(history()->model()->index(2, 0).data(Qt::DecorationRole).value<QIcon>().isNull());
     }
 
+    // The product picked on the Features page decides the base license, layouts and
+    // licensing shown there; a step back keeps it.
+    void undoKeepsTheFeaturesPageProduct()
+    {
+        view("mp_lst_features")->setCurrentIndex(cell("mp_lst_features", 2, 0)); // mesh_cut
+        view("mp_lst_feature_product")->setCurrentIndex(cell("mp_lst_feature_product", 1, 1)); // pro
+        editor->model("mp_lst_products")->setData(cell("mp_lst_products", 1, 3), "lic_other");
+        QTest::qWait(0);
+        QCOMPARE(editor->text("mp_edt_base_license"), "lic_other");
+        editor->run("mp_run_undo");
+        QCOMPARE(editor->text("mp_edt_base_license"), "lic_pro");
+        QCOMPARE(cell("mp_lst_feature_product", view("mp_lst_feature_product")->currentIndex().row(), 1).data().toString(), "pro");
+    }
+
     // A folder that is loaded again has nothing to undo and nothing unsaved.
     void reloadClearsTheSteps()
     {
