@@ -53,6 +53,8 @@ int RunCheck(const QStringList &args, const Reader &reader)
 
     FolderChecker checker(reader, CatalogueFile(parser));
     const CheckResult result = checker.Check(parser.positionalArguments().at(0));
+    for (const QString &warning : RecoveryWarnings(result.recovery))
+        Err() << warning << "\n";
     // Each skipped layout file is a finding (PE011) of an opened folder, in every format;
     // the warnings are told only for a folder that could not be opened.
     if (!result.store) {

@@ -27,7 +27,9 @@ QMap<QString, QString> FolderOpener::Catalogue(VantixJsonData &store)
 bool FolderOpener::Recover(const QString &path)
 {
     m_recovery = FolderTransaction::Recover(path);
-    return m_recovery.outcome != FolderRecovery::Outcome::Refused;
+    m_report = LoadReport();
+    m_report.refusal = m_recovery.refusal;
+    return !m_recovery.refusal;
 }
 
 std::unique_ptr<VantixJsonData> FolderOpener::Open(const QString &path, const Writer &writer)
@@ -43,16 +45,10 @@ std::unique_ptr<VantixJsonData> FolderOpener::Open(const QString &path, const Wr
 
 bool FolderOpener::Opened() const
 {
-    return m_loaded && !m_report.refusal && !m_catalogueProblem
-           && m_recovery.outcome != FolderRecovery::Outcome::Refused;
+    return m_loaded && !m_report.refusal && !m_catalogueProblem;
 }
 
 QStringList FolderOpener::Messages() const
 {
-    QStringList messages;
-    for (const QString &note : m_recovery.notes)
-        messages << QStringLiteral("product-editor: warning: ") + note;
-    if (m_recovery.outcome == FolderRecovery::Outcome::Refused)
-        messages << RefusalMessage(LoadProblem{m_recovery.file, m_recovery.problem});
-    return messages + OpenMessages(m_report, m_catalogueProblem);
+    return RecoveryWarnings(m_recovery) + OpenMessages(m_report, m_catalogueProblem);
 }

@@ -23,6 +23,14 @@ QString SkippedLayoutMessage(const LoadProblem &problem)
     return QStringLiteral("product-editor: warning: ") + ProblemText(problem, QStringLiteral("skipped, "));
 }
 
+QStringList RecoveryWarnings(const FolderRecovery &recovery)
+{
+    QStringList warnings;
+    for (const QString &note : recovery.notes)
+        warnings << QStringLiteral("product-editor: warning: ") + note;
+    return warnings;
+}
+
 QStringList OpenMessages(const LoadReport &report, const std::optional<LoadProblem> &catalogueProblem)
 {
     QStringList messages;

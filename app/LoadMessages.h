@@ -1,5 +1,6 @@
 #pragma once
 
+#include "store/FolderTransaction.h"
 #include "store/LoadReport.h"
 
 #include <QString>
@@ -14,6 +15,9 @@ QString RefusalMessage(const ProductEditor::LoadProblem &problem);
 
 // The one wording of a layout file the load skipped: "product-editor: warning: FILE: skipped, PROBLEM".
 QString SkippedLayoutMessage(const ProductEditor::LoadProblem &problem);
+
+// What the open did about an interrupted save: "product-editor: warning: FILE: WHAT AND WHY".
+QStringList RecoveryWarnings(const ProductEditor::FolderRecovery &recovery);
 
 // What opening a folder tells on stderr: one line per skipped layout file, then the
 // refusal of the folder or of the catalogue file if there is one.

@@ -79,6 +79,12 @@ CheckResult FolderChecker::Check(const QString &folder)
     CheckResult result;
     const Reader reader = RecordingReader();
     const Writer writer = [this](const QString &path, const QByteArray &bytes) { return !m_write || m_write(path, bytes); };
+    result.recovery = FolderTransaction::Recover(folder);
+    if (const auto &refusal = result.recovery.refusal) {
+        result.report.refusal = refusal;
+        result.diagnostics << ErrorAt(refusal->file, refusal->line, refusal->column, ProblemDescription(*refusal));
+        return result;
+    }
     auto store = std::make_unique<VantixJsonData>(folder, reader, writer, QMap<QString, QString>());
     const int folderReads = m_reads.size();
     result.report = store->GetLoadReport();

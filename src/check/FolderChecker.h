@@ -2,6 +2,7 @@
 
 #include "ProductEditorExport.h"
 #include "check/Diagnostic.h"
+#include "store/FolderTransaction.h"
 #include "store/LoadReport.h"
 #include "store/VantixJsonData.h"
 
@@ -21,6 +22,7 @@ struct CheckResult
     Diagnostics diagnostics;               // by file in reading order, then by position
     LoadReport report;                     // the load's, also of a refused folder
     std::optional<LoadProblem> catalogueProblem; // why the catalogue file was refused
+    FolderRecovery recovery;               // what the open did about an interrupted save
 };
 
 // Loads a folder as every command does and tells what loading and saving quietly do

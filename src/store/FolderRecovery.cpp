@@ -67,18 +67,25 @@ bool PendingEntries(const QDir &folder, const QVector<SaveJournalEntry> &entries
 // The journal or its files are not as a save leaves them.
 QString Damaged(const QString &problem)
 {
-    return QStringLiteral("a save that was interrupted can be neither finished nor undone: %1; nothing was "
-                          "changed, check the files it names and remove it")
-        .arg(problem);
+    return QStringLiteral("cannot finish or undo the interrupted save it records, so nothing was changed (check "
+                          "the files it names, then remove it): ")
+           + problem;
 }
 
-FolderRecovery Refusal(const QString &journal, const QString &problem)
+FolderRecovery Refusal(LoadProblem problem)
 {
     FolderRecovery recovery;
     recovery.outcome = FolderRecovery::Outcome::Refused;
-    recovery.file = journal;
-    recovery.problem = problem;
+    recovery.refusal = std::move(problem);
     return recovery;
+}
+
+FolderRecovery Refusal(const QString &journal, const QString &message)
+{
+    LoadProblem problem;
+    problem.file = journal;
+    problem.message = message;
+    return Refusal(problem);
 }
 
 } // namespace
@@ -91,16 +98,21 @@ FolderRecovery FolderTransaction::Recover(const QString &path)
     QStringList leftovers = StagedFiles(folder);
     if (QFileInfo::exists(journal)) {
         QFile file(journal);
-        if (!file.open(QIODevice::ReadOnly))
-            return Refusal(journal, Damaged(file.errorString()));
+        LoadProblem unreadable;
+        const QJsonDocument document =
+            ParseJsonFile(journal, file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray(), &unreadable);
+        if (!unreadable.message.isEmpty()) {
+            unreadable.message = Damaged(unreadable.message);
+            return Refusal(unreadable);
+        }
         QString problem;
-        const auto entries = SaveJournal::FromJson(file.readAll(), &problem);
+        const auto entries = SaveJournal::FromJson(document, &problem);
         QVector<SaveJournalEntry> pending;
         if (!entries || !PendingEntries(folder, *entries, &pending, &problem))
             return Refusal(journal, Damaged(problem));
         if (!_Finish(folder.absolutePath(), pending, &problem))
-            return Refusal(journal, QStringLiteral("a save that was interrupted cannot be finished: %1; the next "
-                                                   "open tries again")
+            return Refusal(journal, QStringLiteral("cannot finish the interrupted save it records (the next open "
+                                                   "tries again): %1")
                                         .arg(problem));
         for (const SaveJournalEntry &entry : *entries)
             leftovers.removeOne(QDir::cleanPath(folder.filePath(entry.staged)));

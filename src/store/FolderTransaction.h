@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ProductEditorExport.h"
+#include "store/LoadReport.h"
 #include "store/SaveJournal.h"
 
 #include <QByteArray>
@@ -15,9 +16,8 @@ struct FolderRecovery
 {
     enum class Outcome { Clean, RolledForward, RolledBack, Refused };
     Outcome outcome = Outcome::Clean;
-    QStringList notes; // "FILE: what was done and why", one per file written or removed
-    QString file;      // Refused: the journal
-    QString problem;   // Refused: why the save can be neither finished nor undone
+    QStringList notes;                   // "FILE: what was done and why", one per file written or removed
+    std::optional<LoadProblem> refusal; // Refused: the journal, and why the save can be neither finished nor undone
 };
 
 // An all-or-nothing save of several files of one definition folder. Stage writes each new

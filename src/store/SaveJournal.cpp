@@ -63,14 +63,8 @@ QByteArray SaveJournal::ToJson(const QVector<SaveJournalEntry> &entries)
         .toJson();
 }
 
-std::optional<QVector<SaveJournalEntry>> SaveJournal::FromJson(const QByteArray &bytes, QString *error)
+std::optional<QVector<SaveJournalEntry>> SaveJournal::FromJson(const QJsonDocument &document, QString *error)
 {
-    QJsonParseError parseError{};
-    const QJsonDocument document = QJsonDocument::fromJson(bytes, &parseError);
-    if (parseError.error != QJsonParseError::NoError) {
-        *error = QStringLiteral("not valid JSON: %1 at offset %2").arg(parseError.errorString()).arg(parseError.offset);
-        return std::nullopt;
-    }
     const QJsonObject root = document.object();
     if (root.value(QStringLiteral("format")).toString() != kFormat || !root.value(QStringLiteral("files")).isArray()) {
         *error = QStringLiteral("not a save journal of this program");

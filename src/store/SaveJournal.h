@@ -3,6 +3,7 @@
 #include "ProductEditorExport.h"
 
 #include <QByteArray>
+#include <QJsonDocument>
 #include <QString>
 #include <QVector>
 
@@ -31,8 +32,8 @@ public:
     static QByteArray Hash(const QByteArray &bytes);
 
     static QByteArray ToJson(const QVector<SaveJournalEntry> &entries);
-    // Empty, with `error` set, when the bytes are not a journal this program wrote.
-    static std::optional<QVector<SaveJournalEntry>> FromJson(const QByteArray &bytes, QString *error);
+    // Empty, with `error` set, when the document is not a journal this program wrote.
+    static std::optional<QVector<SaveJournalEntry>> FromJson(const QJsonDocument &document, QString *error);
 };
 
 } // namespace ProductEditor

@@ -140,6 +140,16 @@ void CommandLineTest::run_data()
                            << E + P + ": \"products.json\" is not a JSON object\n";
     QTest::newRow("empty object") << P + "= {} " << QStringList{"check", defs} << 2
                                   << E + P + ": \"products.json\" is an empty JSON object\n";
+    // A save that was stopped is finished or undone before any command reads the folder.
+    const QString journal = "defs/.product-editor-save=not json";
+    const QString damaged = E + "defs/.product-editor-save: cannot finish or undo the interrupted save it records, "
+                                "so nothing was changed (check the files it names, then remove it): not valid JSON: "
+                                "illegal value at offset 1 (line 1, column 2)\n";
+    for (const QStringList &args : {QStringList{"check", defs}, {"query", defs}})
+        QTest::addRow("journal damaged: %s", qPrintable(args[0])) << journal << args << 2 << damaged;
+    QTest::newRow("save stopped before its journal") << "defs/layouts/.main.json.pe-save-AbCd12={}"
+        << QStringList{"query", defs} << 0
+        << "product-editor: warning: TMP/defs/layouts/.main.json.pe-save-AbCd12: removed, the temporary file of a save";
     // check reports the same as a finding instead (PE011).
     QTest::newRow("skipped layout") << "defs/layouts/bad.json={\n\"layouts\"" << QStringList{"query", defs} << 0
                                     << "product-editor: warning: TMP/defs/layouts/bad.json: skipped, not valid JSON: "

@@ -100,10 +100,10 @@ void FolderRecoveryTest::recover()
 
     const FolderRecovery recovery = FolderTransaction::Recover(dir.path());
     QCOMPARE(recovery.outcome, outcome);
-    const QString text = recovery.notes.join('\n') + recovery.problem;
+    const QString text = recovery.notes.join('\n') + (recovery.refusal ? recovery.refusal->message : QString());
     QVERIFY2(text.contains(told), qPrintable(text));
-    if (outcome == Outcome::Refused)
-        QCOMPARE(recovery.file, dir.filePath(SaveJournal::FileName()));
+    QCOMPARE(recovery.refusal ? recovery.refusal->file : QString(),
+             outcome == Outcome::Refused ? dir.filePath(SaveJournal::FileName()) : QString());
     QCOMPARE(ReadFolderFiles(dir.path()), folder == "old" ? kOld : folder == "new" ? kNew : found);
 }
 
