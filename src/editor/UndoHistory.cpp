@@ -10,7 +10,10 @@
 #include "store/RecordComparison.h"
 #include "ui_VantixJSONEditor.h"
 
+#include <QAbstractItemDelegate>
 #include <QAbstractProxyModel>
+#include <QApplication>
+#include <QDataWidgetMapper>
 #include <QEvent>
 #include <QTimer>
 #include <QUndoCommand>
@@ -108,6 +111,17 @@ void UndoHistory::Flush()
     RecordsSnapshot before = m_current;
     m_current = now;
     m_stack.push(new SnapshotCommand(*this, std::move(before), std::move(now)));
+}
+
+void UndoHistory::FlushTyping()
+{
+    // A field commits when it loses focus; a menu leaves the focus where it was.
+    QWidget *focus = QApplication::focusWidget();
+    for (QDataWidgetMapper *mapper : m_ui.mp_widget_tab->findChildren<QDataWidgetMapper *>()) {
+        if (focus && mapper->mappedSection(focus) >= 0)
+            emit mapper->itemDelegate()->commitData(focus);
+    }
+    Flush();
 }
 
 void UndoHistory::Watch(QAbstractItemView *view)

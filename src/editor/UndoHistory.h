@@ -30,6 +30,9 @@ public:
 
     // Records a change that is still waiting for the end of its event.
     void Flush();
+    // Also takes in what was typed into a field that still has focus, so that
+    // the next undo takes back the typing rather than the step before it.
+    void FlushTyping();
     // After a load: the records as they are now are the clean state, with nothing to undo.
     void Clear();
     // A view that moves through the stack itself: a click on it first records

@@ -117,11 +117,11 @@ void VantixJSONEditor::_InitEditMenu()
     redo->setEnabled(false);
 
     connect(undo, &QAction::triggered, this, [this] {
-        d->history->Flush();
+        d->history->FlushTyping();
         d->undoStack.undo();
     });
     connect(redo, &QAction::triggered, this, [this] {
-        d->history->Flush();
+        d->history->FlushTyping();
         d->undoStack.redo();
     });
     menu->addAction(_CreateHistoryDock());

@@ -201,6 +201,22 @@ private slots:
         QCOMPARE(cell("mp_lst_feature_product", view("mp_lst_feature_product")->currentIndex().row(), 1).data().toString(), "pro");
     }
 
+    // Edit > Undo while a field still holds typed text undoes the typing, not the step before it.
+    void undoTakesTheTypingFirst()
+    {
+        editor->show(0);
+        editor->model("mp_lst_features")->setData(cell("mp_lst_features", 0, 2), "Earlier");
+        QTest::qWait(0);
+        auto *title = editor->find<QLineEdit>("mp_edt_title");
+        title->setFocus();
+        title->selectAll();
+        QTest::keyClicks(title, "Typed");
+        editor->run("mp_run_undo");
+        QCOMPARE(editor->state({"mp_edt_title", "mp_edt_tooltip"}), "Open|Earlier");
+        editor->run("mp_run_redo");
+        QCOMPARE(editor->state({"mp_edt_title", "mp_edt_tooltip"}), "Typed|Earlier");
+    }
+
     // A folder that is loaded again has nothing to undo and nothing unsaved.
     void reloadClearsTheSteps()
     {
