@@ -227,6 +227,17 @@ void LargeNextDifference(benchmark::State &state)
     }
 }
 
+// Undo and redo while the Changes page shows that large diff: each step also keeps the
+// page's ticks and checks whether the differences still describe the records.
+void LargeUndoRedoWithDiff(benchmark::State &state)
+{
+    QMainWindow *window = TheLargeFixture().editor.get();
+    QAbstractItemModel *features = window->findChild<QAbstractItemView *>(QStringLiteral("mp_lst_features"))->model();
+    features->setData(features->index(0, 1), QStringLiteral("edited with the diff shown"));
+    QApplication::processEvents();
+    UndoStepUndoRedo(state);
+}
+
 void PrintRow(const BestTimeReporter &reporter, const char *what, const char *measured, const char *floor,
               double target)
 {
@@ -248,6 +259,7 @@ BENCHMARK(UndoStepEdit)->Unit(benchmark::kMillisecond)->Iterations(10)->UseRealT
 BENCHMARK(UndoStepUndoRedo)->Unit(benchmark::kMillisecond)->Iterations(10)->UseRealTime();
 BENCHMARK(LargeUpdate)->Unit(benchmark::kMillisecond)->Iterations(2)->UseRealTime();
 BENCHMARK(LargeNextDifference)->Unit(benchmark::kMillisecond)->Iterations(20)->UseRealTime();
+BENCHMARK(LargeUndoRedoWithDiff)->Unit(benchmark::kMillisecond)->Iterations(10)->UseRealTime();
 
 int main(int argc, char **argv)
 {
@@ -271,6 +283,8 @@ int main(int argc, char **argv)
                 reporter.seconds("LargeUpdate") * 1e3, 2000.0);
     std::printf("%-28s %10.1f ms %10.1f ms  (100,000 features)\n", "next difference and details",
                 reporter.seconds("LargeNextDifference") * 1e3, 50.0);
+    std::printf("%-28s %10.1f ms %10.1f ms  (100,000 features)\n", "undo or redo, diff shown",
+                reporter.seconds("LargeUndoRedoWithDiff") * 1e3, 100.0);
     TheFixture().editor.reset();
     TheLargeFixture().editor.reset();
     return 0;

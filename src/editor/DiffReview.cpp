@@ -49,6 +49,21 @@ void CollectRows(int tab, const QAbstractItemModel *model, const QModelIndex &pa
     }
 }
 
+void CollectNodes(const QJsonTreeItem *node, QVector<const QJsonDiffTreeItem *> &nodes)
+{
+    for (int i = 0; node && i < node->childCount(); ++i) {
+        nodes << static_cast<const QJsonDiffTreeItem *>(node->child(i));
+        CollectNodes(node->child(i), nodes);
+    }
+}
+
+QModelIndex IndexOf(const QAbstractItemModel *model, const QJsonTreeItem *node, int column)
+{
+    const QJsonTreeItem *parent = node->parent();
+    return model->index(node->row(), column,
+                        parent && parent->parent() ? IndexOf(model, parent, 0) : QModelIndex());
+}
+
 QPushButton *AddButton(QHBoxLayout *row, const char *name, const QString &text, const QKeySequence &shortcut = {})
 {
     auto *button = new QPushButton(text);
@@ -130,40 +145,6 @@ void DiffReview::_ShowSummary()
         m_summary->setText(m_standing == Current ? m_counted : m_counted + QStringLiteral(" (out of date)"));
 }
 
-QVector<QVector<int>> DiffReview::Ticks() const
-{
-    QVector<QVector<int>> ticks;
-    for (int tab = 0; tab < m_tabBar->count(); ++tab) {
-        QVector<Row> rows;
-        if (const VantixFeaturesDiffModel *model = ModelOf(m_tabBar, tab))
-            CollectRows(tab, model, QModelIndex(), rows);
-        QVector<int> right;
-        for (int i = 0; i < rows.size(); ++i) {
-            if (NodeOf(rows[i].index)->action() == UseRight)
-                right << i;
-        }
-        ticks << right;
-    }
-    return ticks;
-}
-
-void DiffReview::SetTicks(const QVector<QVector<int>> &ticks)
-{
-    for (int tab = 0; tab < m_tabBar->count() && tab < ticks.size(); ++tab) {
-        VantixFeaturesDiffModel *model = ModelOf(m_tabBar, tab);
-        if (!model)
-            continue;
-        QVector<Row> rows;
-        CollectRows(tab, model, QModelIndex(), rows);
-        for (int i = 0; i < rows.size(); ++i) {
-            const bool right = std::binary_search(ticks[tab].cbegin(), ticks[tab].cend(), i);
-            if (right != (NodeOf(rows[i].index)->action() == UseRight))
-                model->setData(rows[i].index.sibling(rows[i].index.row(), right ? RightColumn : LeftColumn),
-                               Qt::Checked, Qt::CheckStateRole);
-        }
-    }
-}
-
 void DiffReview::Follow(VantixFeaturesDiffModel *model)
 {
     disconnect(m_current);
@@ -217,6 +198,41 @@ void DiffReview::TakeAll(int column)
     for (const Row &row : rows) {
         if (NodeOf(row.index)->diffType() & Choosable)
             model->setData(row.index.sibling(row.index.row(), column), Qt::Checked, Qt::CheckStateRole);
+    }
+}
+
+// Walks the trees themselves: a large diff has more rows than its model should make indexes for.
+QVector<QVector<int>> DiffReview::Ticks() const
+{
+    QVector<QVector<int>> ticks;
+    for (int tab = 0; tab < m_tabBar->count(); ++tab) {
+        QVector<const QJsonDiffTreeItem *> nodes;
+        if (const VantixFeaturesDiffModel *model = ModelOf(m_tabBar, tab))
+            CollectNodes(model->GetRoot(), nodes);
+        QVector<int> right;
+        for (int i = 0; i < nodes.size(); ++i) {
+            if (nodes[i]->action() == UseRight)
+                right << i;
+        }
+        ticks << right;
+    }
+    return ticks;
+}
+
+void DiffReview::SetTicks(const QVector<QVector<int>> &ticks)
+{
+    for (int tab = 0; tab < m_tabBar->count() && tab < ticks.size(); ++tab) {
+        VantixFeaturesDiffModel *model = ModelOf(m_tabBar, tab);
+        if (!model)
+            continue;
+        QVector<const QJsonDiffTreeItem *> nodes;
+        CollectNodes(model->GetRoot(), nodes);
+        for (int i = 0; i < nodes.size(); ++i) {
+            const bool right = std::binary_search(ticks[tab].cbegin(), ticks[tab].cend(), i);
+            if (right != (nodes[i]->action() == UseRight))
+                model->setData(IndexOf(model, nodes[i], right ? RightColumn : LeftColumn), Qt::Checked,
+                               Qt::CheckStateRole);
+        }
     }
 }
 
