@@ -80,7 +80,7 @@ int RunDiff(const QStringList &args, const Reader &reader)
     // The review format is the diff's own: compare-products has no records to compare.
     const bool review = parser.value(QStringLiteral("format")) == QLatin1String("review");
     DiffFormat format = DiffFormat::Text;
-    if (!review && !ParseDiffFormat(parser.value(QStringLiteral("format")), &format))
+    if (!review && !ParseDiffFormat(parser.value(QStringLiteral("format")), &format, "text, json or review"))
         return ExitError;
 
     QStringList folders = parser.positionalArguments();

@@ -115,7 +115,7 @@ void AddFormatOption(QCommandLineParser &parser)
                       QStringLiteral("FORMAT"), QStringLiteral("text")});
 }
 
-bool ParseDiffFormat(const QString &text, DiffFormat *format)
+bool ParseDiffFormat(const QString &text, DiffFormat *format, const char *choices)
 {
     if (text.isEmpty() || text == QLatin1String("text")) {
         *format = DiffFormat::Text;
@@ -125,7 +125,7 @@ bool ParseDiffFormat(const QString &text, DiffFormat *format)
         *format = DiffFormat::Json;
         return true;
     }
-    Err() << "product-editor: unknown format '" << text << "' (use text or json)\n";
+    Err() << "product-editor: unknown format '" << text << "' (use " << choices << ")\n";
     return false;
 }
 

@@ -22,8 +22,9 @@ enum class DiffFormat { Text, Json };
 // --format text|json of diff and compare-products.
 void AddFormatOption(QCommandLineParser &parser);
 
-// Reads --format; prints the reason and returns false for an unknown format.
-bool ParseDiffFormat(const QString &text, DiffFormat *format);
+// Reads --format; prints the reason, naming the formats the command takes, and returns
+// false for an unknown format.
+bool ParseDiffFormat(const QString &text, DiffFormat *format, const char *choices = "text or json");
 
 // Compares left with right; the report holds a tree only when they differ.
 DiffReport CompareDocuments(const QString &name, const QJsonObject &left, const QJsonObject &right);

@@ -67,7 +67,7 @@ public:
     {
         if (!m_leftOnly && !m_rightOnly)
             return std::nullopt;
-        return Make(record, m_leftOnly ? Kind::Removed : Kind::Added, id);
+        return RecordChange(record, m_leftOnly ? Kind::Removed : Kind::Added, id);
     }
 
     std::optional<RecordChange> Name(RecordChange::Record record, const QString &id, const QString &field,
@@ -75,7 +75,7 @@ public:
     {
         if (!m_leftOnly && !m_rightOnly)
             return std::nullopt;
-        RecordChange change = Make(record, m_leftOnly ? Kind::Lost : Kind::Gained, id);
+        RecordChange change(record, m_leftOnly ? Kind::Lost : Kind::Gained, id);
         change.field = field;
         change.entry = entry;
         (m_leftOnly ? change.before : change.after) = name;
@@ -89,7 +89,7 @@ public:
         for (const Field &field : kFields) {
             if (key != QLatin1String(field.key))
                 continue;
-            RecordChange change = Make(record, Kind::Changed, id);
+            RecordChange change(record, Kind::Changed, id);
             change.field = key;
             change.before = Text(field, m_rightOnly ? QJsonValue() : m_node.values().left);
             change.after = Text(field, m_leftOnly ? QJsonValue() : m_node.values().right);
@@ -106,15 +106,6 @@ private:
         if (!field.flag)
             return value.toString();
         return (value.isBool() ? value.toBool() : field.fallback) ? QStringLiteral("true") : QStringLiteral("false");
-    }
-
-    static RecordChange Make(RecordChange::Record record, Kind kind, const QString &id)
-    {
-        RecordChange change;
-        change.record = record;
-        change.kind = kind;
-        change.id = id;
-        return change;
     }
 
     const QJsonDiffTreeItem &m_node;

@@ -21,6 +21,14 @@ struct PRODUCT_EDITOR_EXPORT RecordChange
         Lost,    // the name list `field` lost `before`
     };
 
+    RecordChange() = default;
+    RecordChange(Record record, Kind kind, const QString &id)
+        : record(record)
+        , kind(kind)
+        , id(id)
+    {
+    }
+
     Record record = Record::Feature;
     Kind kind = Kind::Changed;
     QString id;

@@ -18,15 +18,6 @@ using Kind = RecordChange::Kind;
 // enough to scan a hundred thousand features for the source of a few copies.
 constexpr int kCopySearchBudget = 400000;
 
-RecordChange MakeChange(Record record, Kind kind, const QString &id)
-{
-    RecordChange change;
-    change.record = record;
-    change.kind = kind;
-    change.id = id;
-    return change;
-}
-
 QStringList SortedMinus(const QSet<QString> &set, const QSet<QString> &other)
 {
     QStringList names;
@@ -87,7 +78,7 @@ private:
         m_differs = true;
         if (!m_out)
             return;
-        RecordChange change = MakeChange(m_record, kind, m_id);
+        RecordChange change(m_record, kind, m_id);
         change.field = field;
         change.entry = entry;
         change.before = before;
@@ -185,10 +176,10 @@ public:
                               : right == m_after.cend() ? -1
                                                         : QString::compare(left.key(), right.key());
             if (order < 0) {
-                changes.append(MakeChange(m_record, Kind::Removed, left.key()));
+                changes.append(RecordChange(m_record, Kind::Removed, left.key()));
                 ++left;
             } else if (order > 0) {
-                changes.append(MakeChange(m_record, Kind::Added, right.key()));
+                changes.append(RecordChange(m_record, Kind::Added, right.key()));
                 ++right;
             } else {
                 RecordDiff diff(&changes, m_record, left.key());
