@@ -241,8 +241,9 @@ private:
 
     QString SourceOf(const QString &id, const Value &record)
     {
-        // Two catalogue entries may share a text without one copying the other.
-        if (m_record == Record::License)
+        // Two catalogue entries may share a text without one copying the other, and a
+        // new blank record copies nothing.
+        if (m_record == Record::License || Same(record, Value()))
             return QString();
         for (auto it = m_after.cbegin(); it != m_after.cend() && m_budget > 0; ++it) {
             if (it.key() != id && m_before.contains(it.key()) && Same(it.value(), record))

@@ -23,6 +23,7 @@ RecordsSnapshot Base()
     records.features.insert("open", {"", "", "Open", true, false, {"pro"}, {"cam"}});
     records.features.insert("save", {"", "", "Save", true, false, {"pro", "viewer"}, {}});
     records.features.insert("edit_delete", {"", "", "Delete", true, false, {}, {}});
+    records.features.insert("spare", {}); // a new feature copies nothing from it
     ProductData pro{"pro", "basic", "", {}, {{"open", {"L1"}}}, {"cam"}};
     pro.extensions.open = {"step"};
     records.products.products = {pro, ProductData{"viewer", "free", "", {}, {}, {}}};
