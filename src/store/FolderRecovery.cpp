@@ -16,7 +16,7 @@ const QString kInterrupted = QStringLiteral("finishing a save that was interrupt
 // Temporary files of saves, in the folder and its sub-folders (a save writes nowhere deeper).
 QStringList StagedFiles(const QDir &folder)
 {
-    QStringList dirs{folder.absolutePath()};
+    QStringList dirs{folder.path()};
     for (const QString &sub : folder.entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot))
         dirs << folder.filePath(sub);
     QStringList found;
