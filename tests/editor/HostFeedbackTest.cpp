@@ -104,6 +104,22 @@ private slots:
                  "Could not load " + empty + ": " + QDir::toNativeSeparators(m_dir.filePath("empty/products/products.json"))
                      + ": cannot be read: no such file");
         QCOMPARE(window->windowTitle(), "Product editor - " + QDir::toNativeSeparators(folder) + "[*]");
+
+        // A save that was stopped and left a journal that cannot be trusted: nothing is read or removed.
+        const QString damaged = m_dir.filePath("damaged");
+        QDir().mkpath(damaged + "/products");
+        QFile::copy(folder + "/products/products.json", damaged + "/products/products.json");
+        QFile journal(damaged + "/.product-editor-save");
+        QVERIFY(journal.open(QIODevice::WriteOnly) && journal.write("{") == 1);
+        journal.close();
+        answers.Then({damaged});
+        window->findChild<QAction *>("mp_run_load")->trigger();
+        QVERIFY2(window->statusBar()->currentMessage().startsWith(
+                     "Could not load " + QDir::toNativeSeparators(damaged) + ": " + journal.fileName()
+                     + ": cannot finish or undo the interrupted save it records"),
+                 qPrintable(window->statusBar()->currentMessage()));
+        QVERIFY(journal.exists());
+        QCOMPARE(window->windowTitle(), "Product editor - " + QDir::toNativeSeparators(folder) + "[*]");
     }
 };
 
