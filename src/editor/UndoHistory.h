@@ -16,7 +16,6 @@ class VantixJSONEditorClass;
 
 namespace ProductEditor {
 
-class ChangesPage;
 class Model;
 
 // Turns every change of the store's records into one step on the undo stack.

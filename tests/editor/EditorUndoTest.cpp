@@ -199,6 +199,7 @@ private slots:
         editor->run("mp_run_undo");
         QCOMPARE(editor->text("mp_edt_base_license"), "lic_pro");
         QCOMPARE(cell("mp_lst_feature_product", view("mp_lst_feature_product")->currentIndex().row(), 1).data().toString(), "pro");
+        QCOMPARE(editor->model("mp_lst_feature_layout")->index(0, 1).data(Qt::UserRole), true); // "expert" of pro
     }
 
     // Edit > Undo while a field still holds typed text undoes the typing, not the step before it.
