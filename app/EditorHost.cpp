@@ -19,6 +19,7 @@
 #include <QPushButton>
 #include <QStatusBar>
 #include <QTabWidget>
+#include <QThreadPool>
 #include <QTreeView>
 
 using namespace ProductEditor;
@@ -62,6 +63,11 @@ int RenderScreenshot(QMainWindow *window, const EditorOptions &options)
     window->resize(1600, 960);
     window->show();
     QApplication::processEvents();
+    // The findings panel checks on a pool thread; the picture shows its result.
+    for (int round = 0; round < 2; ++round) {
+        QThreadPool::globalInstance()->waitForDone();
+        QApplication::processEvents();
+    }
     const QPixmap image = window->grab();
     if (!image.save(options.screenshot, "PNG")) {
         Fail(QStringLiteral("%1: cannot write the screenshot").arg(options.screenshot));

@@ -13,10 +13,14 @@ struct Diagnostic
     QString code; // "PE001"...; DiagnosticRules lists them
     Severity severity = Severity::Warning;
     QString file;
-    int line = 1; // 1-based; a finding about a whole file is at 1:1
+    int line = 1; // 1-based; a finding about a whole file is at 1:1; 0 for a value no file holds yet
     int column = 1;
     QString path; // the JSON path in the file, "$" for the whole document
     QString message;
+    // The record the finding is about, where one is identifiable: a window opens it.
+    enum class Subject { None, Feature, Product, Extension };
+    Subject subject = Subject::None;
+    QString subjectId;
 };
 
 using Diagnostics = QVector<Diagnostic>;

@@ -107,6 +107,18 @@ CheckResult FolderChecker::Check(const QString &folder)
     return result;
 }
 
+Diagnostics FolderChecker::CheckSave(const QString &folder, const RecordsSnapshot &records)
+{
+    m_reads.clear();
+    m_bytes.clear();
+    const Writer writer = [this](const QString &path, const QByteArray &bytes) { return !m_write || m_write(path, bytes); };
+    VantixJsonData store(folder, RecordingReader(), writer, QMap<QString, QString>());
+    if (store.GetLoadReport().refusal)
+        return {};
+    records.Restore(store);
+    return CheckCanonical(store);
+}
+
 Diagnostic FolderChecker::CatalogueRefusal(const LoadProblem &problem) const
 {
     return ErrorAt(m_catalogueFile, problem.line, problem.column, ProblemDescription(problem));

@@ -4,6 +4,7 @@
 #include "check/Diagnostic.h"
 #include "store/FolderTransaction.h"
 #include "store/LoadReport.h"
+#include "store/RecordsSnapshot.h"
 #include "store/VantixJsonData.h"
 
 #include <QHash>
@@ -33,13 +34,16 @@ public:
     FolderChecker(Reader reader, QString catalogueFile);
 
     CheckResult Check(const QString &folder);
+    // Where a save of `records` over the folder would rewrite its files (PE014).
+    Diagnostics CheckSave(const QString &folder, const RecordsSnapshot &records);
+    // By file in the order the last check read them, then by position.
+    void Sort(Diagnostics &diagnostics) const;
 
 private:
     Reader RecordingReader();
     Diagnostic CatalogueRefusal(const LoadProblem &problem) const;
     Diagnostics CheckDocuments(VantixJsonData &store, int folderReads) const;
     Diagnostics CheckCanonical(VantixJsonData &store);
-    void Sort(Diagnostics &diagnostics) const;
 
     Reader m_reader;
     QString m_catalogueFile;

@@ -53,7 +53,52 @@ int IdPlace(const JsonPositionScanner &json, int entry)
     return idNode >= 0 ? idNode : entry;
 }
 
+Diagnostic About(Diagnostic diagnostic, Diagnostic::Subject subject, const QString &id)
+{
+    diagnostic.subject = subject;
+    diagnostic.subjectId = id;
+    return diagnostic;
+}
+
 } // namespace
+
+QString ReferenceCheck::UndefinedLayout(const QString &mode, const QString &product)
+{
+    return QStringLiteral("layout \"%1\" of product \"%2\" is defined in no layout file; the product keeps the name, "
+                          "which offers no layout")
+        .arg(mode, product);
+}
+
+QString ReferenceCheck::UndefinedLicensingFeature(const QString &product, const QString &feature)
+{
+    return QStringLiteral("licensing of product \"%1\" names feature \"%2\", which no \"feature\" entry defines; the "
+                          "licenses are kept for no feature")
+        .arg(product, feature);
+}
+
+QString ReferenceCheck::UndefinedAccessExtension(const QString &owner, const QString &extension, const QString &role)
+{
+    return QStringLiteral("%1 lists extension \"%2\" under \"%3\", which no \"extension\" entry defines; the name is "
+                          "kept for no extension")
+        .arg(owner, extension, role);
+}
+
+QString ReferenceCheck::MissingLicense(const QString &license)
+{
+    return QStringLiteral("license \"%1\" is missing from the license catalogue; the name is kept but the catalogue "
+                          "cannot show it")
+        .arg(license);
+}
+
+QString ReferenceCheck::ProductOwner(const QString &product)
+{
+    return QStringLiteral("product \"%1\"").arg(product);
+}
+
+QString ReferenceCheck::LayoutOwner(const QString &layout)
+{
+    return QStringLiteral("layout \"%1\"").arg(layout);
+}
 
 ReferenceCheck::ReferenceCheck(const ScannedDocument &products, const QVector<const ScannedDocument *> &layouts,
                                std::optional<QSet<QString>> catalogue)
@@ -65,11 +110,11 @@ ReferenceCheck::ReferenceCheck(const ScannedDocument &products, const QVector<co
 
 Diagnostics ReferenceCheck::Run()
 {
-    m_features = CollectIds("features", "feature", "PE002", QStringLiteral("feature"),
+    m_features = CollectIds("features", "feature", "PE002", Diagnostic::Subject::Feature, QStringLiteral("feature"),
                             QStringLiteral("loading keeps this later entry"));
-    m_extensions = CollectIds("extensions", "extension", "PE003", QStringLiteral("extension"),
+    m_extensions = CollectIds("extensions", "extension", "PE003", Diagnostic::Subject::Extension, QStringLiteral("extension"),
                               QStringLiteral("loading keeps this later entry"));
-    CollectIds("products", "product", "PE004", QStringLiteral("product"),
+    CollectIds("products", "product", "PE004", Diagnostic::Subject::Product, QStringLiteral("product"),
                QStringLiteral("both stay and most operations use the first"));
     CollectLayouts();
     const JsonPositionScanner &json = m_products.json;
@@ -87,7 +132,8 @@ Diagnostics ReferenceCheck::Run()
 }
 
 QHash<QString, int> ReferenceCheck::CollectIds(const char *section, const char *array, const char *code,
-                                               const QString &what, const QString &consequence)
+                                               Diagnostic::Subject subject, const QString &what,
+                                               const QString &consequence)
 {
     const JsonPositionScanner &json = m_products.json;
     QHash<QString, int> lines;
@@ -99,9 +145,10 @@ QHash<QString, int> ReferenceCheck::CollectIds(const char *section, const char *
             lines.insert(id, json.line(at));
             return;
         }
-        m_out << m_products.At(at, code,
-                               QStringLiteral("%1 \"%2\" is defined again (first on line %3); %4")
-                                   .arg(what, id, QString::number(first.value()), consequence));
+        m_out << About(m_products.At(at, code,
+                                     QStringLiteral("%1 \"%2\" is defined again (first on line %3); %4")
+                                         .arg(what, id, QString::number(first.value()), consequence)),
+                       subject, id);
     });
     return lines;
 }
@@ -138,24 +185,19 @@ void ReferenceCheck::CheckProduct(int product)
     CheckFeatureNames(m_products, json.member(product, QLatin1String("features")));
     ForEachName(json, json.member(product, QLatin1String("modes")), [&](int node, const QString &mode) {
         if (!m_layoutNames.contains(mode))
-            m_out << m_products.At(node, "PE005",
-                                   QStringLiteral("layout \"%1\" of product \"%2\" is defined in no layout file; "
-                                                  "the product keeps the name, which offers no layout")
-                                       .arg(mode, id));
+            m_out << About(m_products.At(node, "PE005", UndefinedLayout(mode, id)), Diagnostic::Subject::Product, id);
     });
     const int licensing = json.member(product, QLatin1String("licensing"));
     CheckLicense(m_products, json.member(licensing, QLatin1String("base")));
     ForEachObject(json, json.member(licensing, QLatin1String("specific")), [&](int entry) {
         const QString feature = IdOf(json, entry);
         if (!m_features.contains(feature)) {
-            m_out << m_products.At(IdPlace(json, entry), "PE006",
-                                   QStringLiteral("licensing of product \"%1\" names feature \"%2\", which no "
-                                                  "\"feature\" entry defines; the licenses are kept for no feature")
-                                       .arg(id, feature));
+            m_out << About(m_products.At(IdPlace(json, entry), "PE006", UndefinedLicensingFeature(id, feature)),
+                           Diagnostic::Subject::Product, id);
         }
         CheckLicenses(m_products, json.member(entry, QLatin1String("licenses")));
     });
-    CheckAccess(m_products, json.member(product, QLatin1String("extensions")), QStringLiteral("product \"%1\"").arg(id));
+    CheckAccess(m_products, json.member(product, QLatin1String("extensions")), ProductOwner(id));
 }
 
 void ReferenceCheck::CheckCoverage()
@@ -166,10 +208,11 @@ void ReferenceCheck::CheckCoverage()
         ForEachObject(json, json.member(coverage, QLatin1String(role)), [&](int entry) {
             const QString id = IdOf(json, entry);
             if (!m_extensions.contains(id)) {
-                m_out << m_products.At(IdPlace(json, entry), "PE007",
+                m_out << About(m_products.At(IdPlace(json, entry), "PE007",
                                        QStringLiteral("%1 coverage names extension \"%2\", which no \"extension\" "
                                                       "entry defines; loading creates an empty extension")
-                                           .arg(QLatin1String(role), id));
+                                           .arg(QLatin1String(role), id)),
+                               Diagnostic::Subject::Extension, id);
             }
             CheckLicenses(m_products, json.member(entry, QLatin1String("lic")));
         });
@@ -180,17 +223,18 @@ void ReferenceCheck::CheckLayout(const ScannedDocument &document, int layout)
 {
     CheckFeatureNames(document, document.json.member(layout, QLatin1String("features")));
     CheckAccess(document, document.json.member(layout, QLatin1String("extensions")),
-                QStringLiteral("layout \"%1\"").arg(document.json.key(layout)));
+                LayoutOwner(document.json.key(layout)));
 }
 
 void ReferenceCheck::CheckFeatureNames(const ScannedDocument &document, int array)
 {
     ForEachName(document.json, array, [&](int node, const QString &feature) {
         if (!m_features.contains(feature))
-            m_out << document.At(node, "PE001",
+            m_out << About(document.At(node, "PE001",
                                  QStringLiteral("feature \"%1\" is defined in no \"feature\" entry; loading creates "
                                                 "an empty feature")
-                                     .arg(feature));
+                                     .arg(feature)),
+                           Diagnostic::Subject::Feature, feature);
     });
 }
 
@@ -199,10 +243,7 @@ void ReferenceCheck::CheckAccess(const ScannedDocument &document, int access, co
     for (const char *role : kAccessRoles) {
         ForEachName(document.json, document.json.member(access, QLatin1String(role)), [&](int node, const QString &id) {
             if (!m_extensions.contains(id))
-                m_out << document.At(node, "PE007",
-                                     QStringLiteral("%1 lists extension \"%2\" under \"%3\", which no \"extension\" "
-                                                    "entry defines; the name is kept for no extension")
-                                         .arg(owner, id, QLatin1String(role)));
+                m_out << document.At(node, "PE007", UndefinedAccessExtension(owner, id, QLatin1String(role)));
         });
     }
 }
@@ -218,10 +259,7 @@ void ReferenceCheck::CheckLicense(const ScannedDocument &document, int node)
         return;
     const QString license = document.json.string(node);
     if (!m_catalogue->contains(license))
-        m_out << document.At(node, "PE008",
-                             QStringLiteral("license \"%1\" is missing from the license catalogue; the name is "
-                                            "kept but the catalogue cannot show it")
-                                 .arg(license));
+        m_out << document.At(node, "PE008", MissingLicense(license));
 }
 
 } // namespace ProductEditor

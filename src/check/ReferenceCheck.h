@@ -23,9 +23,17 @@ public:
 
     Diagnostics Run();
 
+    // The wording of the findings that the check of the records shares.
+    static QString UndefinedLayout(const QString &mode, const QString &product);
+    static QString UndefinedLicensingFeature(const QString &product, const QString &feature);
+    static QString UndefinedAccessExtension(const QString &owner, const QString &extension, const QString &role);
+    static QString MissingLicense(const QString &license);
+    static QString ProductOwner(const QString &product);
+    static QString LayoutOwner(const QString &layout);
+
 private:
-    QHash<QString, int> CollectIds(const char *section, const char *array, const char *code, const QString &what,
-                                   const QString &consequence);
+    QHash<QString, int> CollectIds(const char *section, const char *array, const char *code,
+                                   Diagnostic::Subject subject, const QString &what, const QString &consequence);
     void CollectLayouts();
     void CheckProduct(int product);
     void CheckCoverage();

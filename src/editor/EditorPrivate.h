@@ -1,8 +1,10 @@
 #pragma once
 
+#include "check/RecordedFiles.h"
 #include "editor/ChangesPage.h"
 #include "editor/ExtensionsPage.h"
 #include "editor/FeaturesPage.h"
+#include "editor/LiveDiagnostics.h"
 #include "editor/ProductsPage.h"
 #include "editor/QueryPage.h"
 #include "editor/ResultPage.h"
@@ -28,7 +30,7 @@ struct EditorPrivate
 {
     EditorPrivate(const QString &path, const Reader &reader, const Writer &writer,
                   const QMap<QString, QString> &map)
-        : data(path, reader, writer, map)
+        : data(path, files.Wrap(reader), files.Wrap(writer), map)
         , model(data)
     {
     }
@@ -36,7 +38,7 @@ struct EditorPrivate
     // The catalogue is made from the loaded store before any model reads it.
     EditorPrivate(const QString &path, const Reader &reader, const Writer &writer,
                   const LicenseCatalogueFactory &catalogue)
-        : data(path, reader, writer, {})
+        : data(path, files.Wrap(reader), files.Wrap(writer), {})
         , model(WithCatalogue(data, catalogue))
     {
     }
@@ -48,6 +50,9 @@ struct EditorPrivate
         return data;
     }
 
+    // The bytes the store reads and writes, for the findings panel; it passes every
+    // call on to the host's callbacks unchanged.
+    RecordedFiles files;
     VantixJsonData data;
     Ui::VantixJSONEditorClass ui;
     Model model;
@@ -62,6 +67,7 @@ struct EditorPrivate
 
     QUndoStack undoStack;
     std::unique_ptr<UndoHistory> history; // goes first: it watches the models
+    std::unique_ptr<LiveDiagnostics> diagnostics; // waits for its running check
 };
 
 } // namespace ProductEditor

@@ -1,9 +1,13 @@
 #include "editor/VantixJSONEditor.h"
 
+#include "editor/DiagnosticsPanel.h"
 #include "editor/EditorPrivate.h"
 #include "editor/PageTools.h"
 #include "editor/TabIndex.h"
+#include "models/ExtensionsModel.h"
+#include "models/FeaturesModel.h"
 #include "models/ModelReset.h"
+#include "models/ProductsModel.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -126,6 +130,7 @@ void VantixJSONEditor::_InitEditMenu()
     });
     menu->addAction(_CreateHistoryDock());
     connect(&stack, &QUndoStack::indexChanged, d->changes.get(), &ChangesPage::Recheck);
+    menu->addAction(_CreateDiagnosticsDock());
     connect(&stack, &QUndoStack::canUndoChanged, undo, &QAction::setEnabled);
     connect(&stack, &QUndoStack::canRedoChanged, redo, &QAction::setEnabled);
     // "Undo Hide feature open": the step's name, with its '&' kept from becoming a mnemonic.
@@ -164,6 +169,58 @@ QAction *VantixJSONEditor::_CreateHistoryDock()
     QAction *toggle = dock->toggleViewAction();
     toggle->setObjectName(QStringLiteral("mp_run_history"));
     return toggle;
+}
+
+// The findings of the checks, kept up to date with the files and the records.
+QAction *VantixJSONEditor::_CreateDiagnosticsDock()
+{
+    d->diagnostics = std::make_unique<LiveDiagnostics>(d->model.GetData(), d->files);
+    LiveDiagnostics *live = d->diagnostics.get();
+    auto *dock = new DiagnosticsPanel(live->GetModel(), this);
+    connect(dock, &DiagnosticsPanel::OpenRecord, this, &VantixJSONEditor::_OpenRecord);
+    addDockWidget(Qt::BottomDockWidgetArea, dock);
+    resizeDocks({dock}, {fontMetrics().height() * 10}, Qt::Vertical);
+    // Connected after the menu's own handlers, so these run once the files are read or written.
+    for (QAction *action : {d->ui.mp_run_load, d->ui.mp_run_reload, d->ui.mp_run_save, d->ui.mp_run_save_as})
+        connect(action, &QAction::triggered, live, &LiveDiagnostics::FilesChanged);
+    connect(&d->undoStack, &QUndoStack::indexChanged, live, &LiveDiagnostics::RecordsChanged);
+    live->FilesChanged();
+    QAction *toggle = dock->toggleViewAction();
+    toggle->setObjectName(QStringLiteral("mp_run_diagnostics"));
+    return toggle;
+}
+
+void VantixJSONEditor::_OpenRecord(const Diagnostic &diagnostic)
+{
+    const auto select = [](QAbstractItemView *view, int column, const QString &id) {
+        const QAbstractItemModel *model = view->model();
+        for (int row = 0; row < model->rowCount(); ++row) {
+            if (model->index(row, column).data().toString() == id) {
+                view->scrollTo(PageTools::MakeCurrent(view, row, column, PageTools::SelectCurrentRow));
+                return;
+            }
+        }
+    };
+    Ui::VantixJSONEditorClass &ui = d->ui;
+    switch (diagnostic.subject) {
+    case Diagnostic::Subject::Feature: {
+        const auto &features = d->model.GetData().GetFeatures();
+        const auto found = features.constFind(diagnostic.subjectId);
+        if (found != features.cend())
+            d->features->OpenFeature(d->model.GetSourceFeaturesModel()->index(
+                int(std::distance(features.cbegin(), found)), FeaturesModel::IdColumn));
+        break;
+    }
+    case Diagnostic::Subject::Product:
+        ui.mp_widget_tab->setCurrentIndex(TabIndex::Products);
+        select(ui.mp_lst_products, ProductsModel::IdColumn, diagnostic.subjectId);
+        break;
+    case Diagnostic::Subject::Extension:
+        ui.mp_widget_tab->setCurrentIndex(TabIndex::Extensions);
+        select(ui.mp_lst_extensions, ExtensionsModel::IdColumn, diagnostic.subjectId);
+        break;
+    case Diagnostic::Subject::None: break;
+    }
 }
 
 QString VantixJSONEditor::_AskFolder(const QString &caption)

@@ -16,6 +16,7 @@ class QKeyEvent;
 
 namespace ProductEditor {
 
+struct Diagnostic;
 struct EditorPrivate;
 
 // The editor's main window: a File menu and six pages over one definition store.
@@ -48,6 +49,8 @@ private:
     void _InitExtensionTab();
     void _InitEditMenu();
     QAction *_CreateHistoryDock();
+    QAction *_CreateDiagnosticsDock();
+    void _OpenRecord(const Diagnostic &diagnostic);
 
     void _TabBarChanged(int index);
     void keyPressEvent(QKeyEvent *event) override;

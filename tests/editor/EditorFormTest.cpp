@@ -46,7 +46,7 @@ private slots:
             kinds << view->metaObject()->className();
         kinds.sort();
         QCOMPARE(kinds.join(' '), "QListView QListView QListView QTableView QTableView QTableView QTableView QTableView "
-                                  "QTableView QTableView QTableView QTableView QTreeView QTreeView QUndoView");
+                                  "QTableView QTableView QTableView QTableView QTableView QTreeView QTreeView QUndoView");
         for (const char *list : {"mp_lst_features", "mp_lst_extensions", "mp_lst_layouts"})
             QVERIFY(editor->find<QListView>(list));
     }

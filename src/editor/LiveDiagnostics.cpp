@@ -1,0 +1,82 @@
+#include "editor/LiveDiagnostics.h"
+
+#include "check/RecordedFiles.h"
+#include "store/RecordsSnapshot.h"
+#include "store/VantixJsonData.h"
+
+#include <QtConcurrent>
+
+namespace ProductEditor {
+
+namespace {
+
+// Long enough to let a run of keystrokes in a field end first.
+constexpr int kEditPause = 300;
+
+} // namespace
+
+LiveDiagnostics::LiveDiagnostics(VantixJsonData &store, const RecordedFiles &files, QObject *parent)
+    : QObject(parent)
+    , m_store(store)
+    , m_files(files)
+{
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, &LiveDiagnostics::_Start);
+    connect(&m_watcher, &QFutureWatcher<LiveFindings>::finished, this, &LiveDiagnostics::_Finished);
+}
+
+LiveDiagnostics::~LiveDiagnostics()
+{
+    m_watcher.disconnect(this);
+    m_watcher.waitForFinished();
+}
+
+void LiveDiagnostics::FilesChanged()
+{
+    m_filesChanged = true;
+    _Schedule(0);
+}
+
+void LiveDiagnostics::RecordsChanged()
+{
+    _Schedule(kEditPause);
+}
+
+void LiveDiagnostics::_Schedule(int delay)
+{
+    if (m_watcher.isRunning())
+        m_pending = true;
+    else
+        m_timer.start(qMin(delay, m_timer.isActive() ? m_timer.remainingTime() : delay));
+}
+
+void LiveDiagnostics::_Start()
+{
+    if (m_watcher.isRunning()) {
+        m_pending = true;
+        return;
+    }
+    m_folder = m_store.GetFolder().path();
+    const std::optional<Diagnostics> files = m_filesChanged ? std::nullopt : m_fileFindings;
+    m_filesChanged = false;
+    m_watcher.setFuture(QtConcurrent::run([reader = m_files.Memory(), folder = m_folder,
+                                           records = RecordsSnapshot::Take(m_store),
+                                           layoutFiles = m_store.GetLayoutFiles(), files] {
+        return LiveFindings::Run(reader, folder, records, layoutFiles, files);
+    }));
+}
+
+void LiveDiagnostics::_Finished()
+{
+    const LiveFindings findings = m_watcher.result();
+    m_fileFindings = findings.files;
+    m_model.SetDiagnostics(findings.all, m_folder);
+    if (m_pending) {
+        m_pending = false;
+        _Start();
+        return;
+    }
+    emit Updated();
+}
+
+} // namespace ProductEditor

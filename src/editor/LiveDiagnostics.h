@@ -1,0 +1,57 @@
+#pragma once
+
+#include "check/Diagnostic.h"
+#include "check/LiveCheck.h"
+#include "models/DiagnosticsModel.h"
+
+#include <QFutureWatcher>
+#include <QObject>
+#include <QTimer>
+
+#include <optional>
+
+namespace ProductEditor {
+
+class RecordedFiles;
+class VantixJsonData;
+
+// Keeps a findings model up to date with the window's folder. The files are checked
+// again after a load or a save, the records after edits have paused; each check runs
+// on a pool thread over copies (the records share their data until the store writes),
+// so the window goes on while it runs, and a change during a run starts one more.
+class LiveDiagnostics : public QObject
+{
+    Q_OBJECT
+
+public:
+    LiveDiagnostics(VantixJsonData &store, const RecordedFiles &files, QObject *parent = nullptr);
+    ~LiveDiagnostics() override;
+
+    DiagnosticsModel *GetModel() { return &m_model; }
+
+    // After a load, a reload or a save: the files are read again.
+    void FilesChanged();
+    // After an edit: the records are checked once edits pause.
+    void RecordsChanged();
+
+signals:
+    // The model holds the findings of the records as they are now.
+    void Updated();
+
+private:
+    void _Schedule(int delay);
+    void _Start();
+    void _Finished();
+
+    VantixJsonData &m_store;
+    const RecordedFiles &m_files;
+    DiagnosticsModel m_model;
+    QTimer m_timer;
+    QFutureWatcher<LiveFindings> m_watcher;
+    QString m_folder;                      // of the running check
+    std::optional<Diagnostics> m_fileFindings; // of the files as last checked
+    bool m_filesChanged = true;
+    bool m_pending = false; // something changed while a check ran
+};
+
+} // namespace ProductEditor

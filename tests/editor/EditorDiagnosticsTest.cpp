@@ -1,0 +1,141 @@
+// The findings panel follows the records: an edit that leaves a name pointing nowhere
+// adds its row once edits pause, undoing it takes the row away, and a double-click
+// opens the record the finding is about.
+#include "EditorFixture.h"
+
+#include "models/DiagnosticsModel.h"
+#include "store/CanonicalDocument.h"
+#include "models/FeaturesModel.h"
+#include "models/ProductsModel.h"
+
+#include <QAbstractItemModelTester>
+#include <QDockWidget>
+#include <QLabel>
+#include <QSignalSpy>
+
+using ProductEditor::DiagnosticsModel;
+using ProductEditor::FeaturesModel;
+using ProductEditor::ProductsModel;
+
+namespace {
+
+QStringList Rows(const QAbstractItemModel *model)
+{
+    QStringList rows;
+    for (int row = 0; row < model->rowCount(); ++row)
+        rows << model->index(row, DiagnosticsModel::CodeColumn).data().toString() + ' '
+                    + model->index(row, DiagnosticsModel::LocationColumn).data().toString() + ' '
+                    + model->index(row, DiagnosticsModel::MessageColumn).data().toString();
+    return rows;
+}
+
+} // namespace
+
+class EditorDiagnosticsTest : public QObject, EditorTestState
+{
+    Q_OBJECT
+
+    // Where a save would first write something else.
+    const QString rewrite = "PE014 %1 the file is not in canonical form from here on; normalize and every save "
+                            "rewrite it";
+
+    void canonicalize()
+    {
+        for (const auto &[file, bytes] : {std::pair{"defs/products/products.json", CanonicalProducts()},
+                                          std::pair{"defs/layouts/workspace.json", CanonicalLayouts()}})
+            editor->folder.addFile(file, ProductEditor::CanonicalizeDefinitionDocument(bytes).bytes);
+        answers->Then({QMessageBox::Yes});
+        editor->run("mp_run_reload");
+    }
+
+    QAbstractItemModel *findings() const { return editor->model("mp_tbl_diagnostics"); }
+
+    // Waits for the panel's rows to change, as they do once a check in the background ends.
+    bool waitForRows(const QStringList &expected)
+    {
+        QSignalSpy reset(findings(), &QAbstractItemModel::modelReset);
+        QSignalSpy inserted(findings(), &QAbstractItemModel::rowsInserted);
+        QSignalSpy removed(findings(), &QAbstractItemModel::rowsRemoved);
+        for (int round = 0; round < 50 && Rows(findings()) != expected; ++round)
+            inserted.wait(100);
+        return Rows(findings()) == expected;
+    }
+
+private slots:
+    void init() { start(); }
+    // The fixture's files are not laid out as a save writes them; a reload of the very
+    // bytes a save writes leaves no finding.
+    void reloadedFiles()
+    {
+        QVERIFY(editor->find<QDockWidget>("mp_dock_diagnostics"));
+        QVERIFY2(waitForRows({rewrite.arg("products/products.json:1:2"), rewrite.arg("layouts/workspace.json:1:2")}),
+                 qPrintable(Rows(findings()).join('\n')));
+        QCOMPARE(editor->find<QLabel>("mp_lbl_diagnostics_summary")->text(), QString("2 warnings, 0 errors"));
+        canonicalize();
+        QVERIFY(waitForRows({}));
+        QCOMPARE(editor->find<QLabel>("mp_lbl_diagnostics_summary")->text(), QString("0 warnings, 0 errors"));
+    }
+
+    void edit_data()
+    {
+        QTest::addColumn<QString>("view");
+        QTest::addColumn<QString>("id");
+        QTest::addColumn<int>("column");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QStringList>("rows");
+        QTest::addColumn<int>("opens"); // the page a double-click on the first row shows, -1 none
+        QTest::addColumn<QString>("record"); // the product it makes current
+
+        const QString licensing = "PE006 products/products.json $.products.product[0].licensing.specific licensing "
+                                  "of product \"basic\" names feature \"file_save\", which no \"feature\" entry "
+                                  "defines; the licenses are kept for no feature";
+        QTest::newRow("licensed feature renamed")
+            << "mp_lst_features" << "file_save" << int(FeaturesModel::IdColumn) << "file_store"
+            << QStringList{licensing, rewrite.arg("products/products.json:52:30"),
+                           rewrite.arg("layouts/workspace.json:42:24")}
+            << 2 << "basic";
+        QTest::newRow("base license outside the catalogue")
+            << "mp_lst_products" << "pro" << int(ProductsModel::BaseColumn) << "lic_gold"
+            << QStringList{"PE008 products/products.json $.products.product[1].licensing.base license \"lic_gold\" "
+                           "is missing from the license catalogue; the name is kept but the catalogue cannot show it",
+                           rewrite.arg("products/products.json:130:34")}
+            << 2 << "pro";
+        QTest::newRow("title edited") << "mp_lst_features" << "mesh_cut" << int(FeaturesModel::TitleColumn) << "Slice"
+                                      << QStringList{rewrite.arg("products/products.json:58:27")}
+                                      << -1 << "";
+    }
+
+    void edit()
+    {
+        QFETCH(QString, view);
+        QFETCH(QString, id);
+        QFETCH(int, column);
+        QFETCH(QString, value);
+        QFETCH(QStringList, rows);
+        QFETCH(int, opens);
+        QFETCH(QString, record);
+
+        canonicalize();
+        QVERIFY(waitForRows({}));
+        QAbstractItemModelTester tester(findings(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QAbstractItemModel *records = editor->model(qPrintable(view));
+        const int idColumn = view == "mp_lst_products" ? int(ProductsModel::IdColumn) : int(FeaturesModel::IdColumn);
+        const QModelIndexList found = records->match(records->index(0, idColumn), Qt::DisplayRole, id, 1, Qt::MatchExactly);
+        QCOMPARE(found.size(), 1);
+        QVERIFY(records->setData(found.first().siblingAtColumn(column), value));
+        QVERIFY2(waitForRows(rows), qPrintable(Rows(findings()).join('\n')));
+
+        editor->setPage(0);
+        emit editor->find<QAbstractItemView>("mp_tbl_diagnostics")->doubleClicked(findings()->index(0, 0));
+        QCOMPARE(editor->page(), opens < 0 ? 0 : opens);
+        if (!record.isEmpty())
+            QCOMPARE(EditorTestState::view("mp_lst_products")->currentIndex().siblingAtColumn(ProductsModel::IdColumn).data().toString(),
+                     record);
+
+        editor->run("mp_run_undo");
+        QVERIFY2(waitForRows({}), qPrintable(Rows(findings()).join('\n')));
+    }
+};
+
+QTEST_MAIN(EditorDiagnosticsTest)
+#include "EditorDiagnosticsTest.moc"
