@@ -88,7 +88,7 @@ DiffReview::DiffReview(Ui::VantixJSONEditorClass &ui, QTabBar *tabBar)
     m_summary->setObjectName(QStringLiteral("mp_lbl_diff_summary"));
     row->addWidget(m_summary, 1);
     QPushButton *previous = AddButton(row, "mp_btn_previous_difference", QStringLiteral("Previous"),
-                                      QKeySequence(Qt::SHIFT + Qt::Key_F8));
+                                      QKeySequence(Qt::SHIFT | Qt::Key_F8));
     QPushButton *next = AddButton(row, "mp_btn_next_difference", QStringLiteral("Next"), QKeySequence(Qt::Key_F8));
     QPushButton *left = AddButton(row, "mp_btn_take_left", QStringLiteral("Take all left"));
     QPushButton *right = AddButton(row, "mp_btn_take_right", QStringLiteral("Take all right"));
