@@ -1,6 +1,7 @@
 #include "DiagnosticPrinter.h"
 
 #include "check/DiagnosticRules.h"
+#include "store/JsonText.h"
 
 #include <QDir>
 #include <QJsonArray>
@@ -86,7 +87,7 @@ void PrintDiagnosticsJson(QTextStream &out, const RecordCounts &counts, const Di
                                {QStringLiteral("warnings"), CountOf(diagnostics, Diagnostic::Severity::Warning)},
                                {QStringLiteral("errors"), CountOf(diagnostics, Diagnostic::Severity::Error)},
                                {QStringLiteral("diagnostics"), list}};
-    out << QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Indented));
+    out << QString::fromUtf8(ProductEditor::JsonText(QJsonDocument(document), QJsonDocument::Indented));
 }
 
 void PrintDiagnosticsSarif(QTextStream &out, const Diagnostics &diagnostics)
@@ -112,5 +113,5 @@ void PrintDiagnosticsSarif(QTextStream &out, const Diagnostics &diagnostics)
     const QJsonObject log{{QStringLiteral("$schema"), QStringLiteral("https://json.schemastore.org/sarif-2.1.0.json")},
                           {QStringLiteral("version"), QStringLiteral("2.1.0")},
                           {QStringLiteral("runs"), QJsonArray{run}}};
-    out << QString::fromUtf8(QJsonDocument(log).toJson(QJsonDocument::Indented));
+    out << QString::fromUtf8(ProductEditor::JsonText(QJsonDocument(log), QJsonDocument::Indented));
 }

@@ -3,6 +3,7 @@
 #include "CommandLine.h"
 
 #include "json/JsonDiff.h"
+#include "store/JsonText.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -28,7 +29,7 @@ QString TypeName(QJsonValue::Type type)
 QString ValueText(const QJsonValue &value)
 {
     constexpr int limit = 100;
-    QString text = QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact));
+    QString text = QString::fromUtf8(JsonText(QJsonDocument(QJsonArray{value}), QJsonDocument::Compact));
     text = text.mid(1, text.size() - 2);
     if (text.size() > limit)
         text = text.left(limit) + QStringLiteral("...");
@@ -163,9 +164,8 @@ bool PrintDiffReports(QTextStream &out, const std::vector<DiffReport> &reports, 
         for (const DiffReport &report : reports) {
             if (!report.tree)
                 continue;
-            const QByteArray name = QJsonDocument(QJsonArray{report.name}).toJson(QJsonDocument::Compact);
-            const QByteArray tree = QJsonDocument(DiffNodeToJson(*report.tree))
-                                        .toJson(QJsonDocument::Compact);
+            const QByteArray name = JsonText(QJsonDocument(QJsonArray{report.name}), QJsonDocument::Compact);
+            const QByteArray tree = JsonText(QJsonDocument(DiffNodeToJson(*report.tree)), QJsonDocument::Compact);
             out << (first ? "\n" : ",\n") << "  " << QString::fromUtf8(name.mid(1, name.size() - 2)) << ": "
                 << QString::fromUtf8(tree);
             first = false;

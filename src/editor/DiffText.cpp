@@ -3,6 +3,7 @@
 #include "json/DiffNodeChange.h"
 #include "json/QJsonDiffTreeItem.h"
 #include "store/ChangeWording.h"
+#include "store/JsonText.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -19,11 +20,11 @@ using Flag = QJsonDiffTreeItem::DiffFlag;
 QString Json(const QJsonValue &value)
 {
     if (value.isObject())
-        return QString::fromUtf8(QJsonDocument(value.toObject()).toJson(QJsonDocument::Indented)).trimmed();
+        return QString::fromUtf8(JsonText(QJsonDocument(value.toObject()), QJsonDocument::Indented)).trimmed();
     if (value.isArray())
-        return QString::fromUtf8(QJsonDocument(value.toArray()).toJson(QJsonDocument::Indented)).trimmed();
+        return QString::fromUtf8(JsonText(QJsonDocument(value.toArray()), QJsonDocument::Indented)).trimmed();
     // A scalar is written as the one element of an array, without the brackets.
-    const QString text = QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact));
+    const QString text = QString::fromUtf8(JsonText(QJsonDocument(QJsonArray{value}), QJsonDocument::Compact));
     return text.mid(1, text.size() - 2);
 }
 

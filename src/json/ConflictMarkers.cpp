@@ -1,6 +1,7 @@
 #include "json/ConflictMarkers.h"
 
 #include "store/CanonicalDocument.h"
+#include "store/JsonText.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -21,7 +22,7 @@ QByteArray MarkNotIn(const QByteArray &written, const QVector<JsonMergeConflict>
     QByteArray names;
     for (const JsonMergeConflict &conflict : conflicts) {
         for (const JsonMergeStep &step : conflict.steps)
-            names += step.key.toUtf8() + QJsonDocument(QJsonArray{step.identity}).toJson(QJsonDocument::Compact);
+            names += step.key.toUtf8() + JsonText(QJsonDocument(QJsonArray{step.identity}), QJsonDocument::Compact);
     }
     for (ushort code = 0xE000; code < 0xF8FF; ++code) {
         const QByteArray mark = QString(QChar(code)).toUtf8();
@@ -117,8 +118,8 @@ QByteArray SideLines(const JsonMergeConflict &conflict, const QJsonValue &value,
         return QByteArray();
     const JsonMergeStep &last = conflict.steps.last();
     const QByteArray text = last.kind == JsonMergeStep::Member
-        ? QJsonDocument(QJsonObject{{last.key, value}}).toJson(QJsonDocument::Indented)
-        : QJsonDocument(conflict.elements ? value.toArray() : QJsonArray{value}).toJson(QJsonDocument::Indented);
+        ? JsonText(QJsonDocument(QJsonObject{{last.key, value}}), QJsonDocument::Indented)
+        : JsonText(QJsonDocument(conflict.elements ? value.toArray() : QJsonArray{value}), QJsonDocument::Indented);
     // Drop the wrapper's first and last lines; its members sit at four spaces.
     QList<QByteArray> lines = text.split('\n');
     lines = lines.mid(1, lines.size() - 3);

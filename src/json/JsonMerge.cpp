@@ -1,6 +1,7 @@
 #include "json/JsonMerge.h"
 
 #include "json/JsonValueIndex.h"
+#include "store/JsonText.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -213,7 +214,7 @@ private:
 
 QString Compact(const QJsonValue &value)
 {
-    const QByteArray text = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    const QByteArray text = JsonText(QJsonDocument(QJsonArray{value}), QJsonDocument::Compact);
     return QString::fromUtf8(text.mid(1, text.size() - 2));
 }
 

@@ -1,8 +1,9 @@
 #include "json/LazyJsonTreeItem.h"
 
+#include "store/JsonText.h"
+
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QVariant>
 
 namespace ProductEditor {
 
@@ -14,7 +15,7 @@ LazyJsonTreeItem::LazyJsonTreeItem(const QJsonValue &value, QJsonTreeItem *paren
     if (value.isObject() || value.isArray())
         m_pending = value;
     else
-        setValue(value.toVariant().toString());
+        setValue(JsonValueText(value));
     m_built = !value.isObject() && !value.isArray();
 }
 

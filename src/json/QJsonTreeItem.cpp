@@ -1,8 +1,9 @@
 #include "json/QJsonTreeItem.h"
 
+#include "store/JsonText.h"
+
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QVariant>
 
 namespace ProductEditor {
 
@@ -101,7 +102,7 @@ QJsonTreeItem *QJsonTreeItem::load(const QJsonValue &value, QJsonTreeItem *paren
             node->appendChild(child);
         }
     } else {
-        node->setValue(value.toVariant().toString());
+        node->setValue(JsonValueText(value));
         node->setType(value.type());
     }
     return node;

@@ -1,6 +1,7 @@
 #include "store/CanonicalDocument.h"
 
 #include "store/CanonicalProductsCheck.h"
+#include "store/JsonText.h"
 #include "store/ParsedDocument.h"
 #include "store/VantixJsonData.h"
 
@@ -84,7 +85,7 @@ QJsonObject CanonicalDocument::RegeneratedObject(const QJsonObject &document)
 
 QByteArray CanonicalDocument::Bytes(const QJsonObject &document)
 {
-    return QJsonDocument(document).toJson(QJsonDocument::Indented);
+    return JsonText(QJsonDocument(document), QJsonDocument::Indented);
 }
 
 CanonicalDocument CanonicalizeDefinitionDocument(const QByteArray &bytes)

@@ -1,6 +1,7 @@
 #include "store/VantixJsonData.h"
 
 #include "store/DefinitionKeys.h"
+#include "store/JsonText.h"
 
 #include <QDebug>
 #include <QFileInfo>
@@ -153,7 +154,7 @@ bool VantixJsonData::SaveAs(const QString &path)
     const QDir layoutsDir(dir.filePath(kLayouts));
     _GenerateResult();
     if (writer)
-        writer(productsDir.filePath(kProductsJson), QJsonDocument(productsResult).toJson(QJsonDocument::Indented));
+        writer(productsDir.filePath(kProductsJson), JsonText(QJsonDocument(productsResult), QJsonDocument::Indented));
 
     for (auto it = layoutFiles.cbegin(); it != layoutFiles.cend(); ++it) {
         QJsonObject fileLayouts;
@@ -166,7 +167,7 @@ bool VantixJsonData::SaveAs(const QString &path)
         const QJsonObject document{{kLayouts, fileLayouts}};
         if (writer)
             writer(layoutsDir.filePath(QFileInfo(it.key()).fileName()),
-                   QJsonDocument(document).toJson(QJsonDocument::Indented));
+                   JsonText(QJsonDocument(document), QJsonDocument::Indented));
     }
     return true;
 }
