@@ -7,5 +7,5 @@
 // code allocates has our frame on top and is still reported.
 extern "C" const char *__lsan_default_suppressions()
 {
-    return "leak:libQt5Core.so\n";
+    return "leak:libQt" QT_STRINGIFY(QT_VERSION_MAJOR) "Core.so\n";
 }
