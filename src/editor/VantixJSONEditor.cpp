@@ -162,6 +162,8 @@ QAction *VantixJSONEditor::_CreateHistoryDock()
     view->setObjectName(QStringLiteral("mp_lst_history"));
     view->setEmptyLabel(QStringLiteral("Loaded"));
     view->setCleanIcon(style()->standardIcon(QStyle::SP_DialogSaveButton));
+    // Steps are named in sentences; room for the usual ones.
+    view->setMinimumWidth(360);
     d->history->Watch(view);
     dock->setWidget(view);
     addDockWidget(Qt::RightDockWidgetArea, dock);
