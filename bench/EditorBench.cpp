@@ -6,8 +6,10 @@
 #include "BestTimeReporter.h"
 #include "SyntheticFolder.h"
 
+#include "check/LiveCheck.h"
 #include "editor/CreateProductEditor.h"
 #include "json/VantixFeaturesDiffModel.h"
+#include "store/RecordsSnapshot.h"
 #include "store/VantixJsonData.h"
 
 #include <QAbstractItemView>
@@ -19,7 +21,10 @@
 #include <QMainWindow>
 #include <QPushButton>
 #include <QSortFilterProxyModel>
+#include <QJsonDocument>
 #include <QTabBar>
+#include <QThread>
+#include <QThreadPool>
 
 #include <benchmark/benchmark.h>
 
@@ -238,6 +243,76 @@ void LargeUndoRedoWithDiff(benchmark::State &state)
     UndoStepUndoRedo(state);
 }
 
+// Floor of the findings: one plain parse of the 100,000-feature products.json.
+void LargeParse(benchmark::State &state)
+{
+    LargeFixture &fixture = TheLargeFixture();
+    const QByteArray bytes = fixture.memory.reader()(fixture.memory.root() + QStringLiteral("/products/products.json"));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(QJsonDocument::fromJson(bytes).isObject());
+}
+
+void LargeSearchKeystroke(benchmark::State &state)
+{
+    auto *search = TheLargeFixture().editor->findChild<QLineEdit *>(QStringLiteral("mp_edt_search"));
+    const QStringList texts = {QStringLiteral("feature_1"), QStringLiteral("feature_")};
+    int next = 0;
+    for (auto _ : state) {
+        search->setText(texts.at(next));
+        next = 1 - next;
+        QApplication::processEvents();
+    }
+    search->clear();
+    QApplication::processEvents();
+}
+
+// What the GUI thread spends on one field edit with the findings panel: the edit, then,
+// once edits pause, taking a snapshot and starting the check, then taking in its result.
+// The check itself runs on a pool thread, outside the timing.
+void LargeEditWithFindings(benchmark::State &state)
+{
+    QMainWindow *window = TheLargeFixture().editor.get();
+    QAbstractItemModel *features = window->findChild<QAbstractItemView *>(QStringLiteral("mp_lst_features"))->model();
+    QThreadPool::globalInstance()->waitForDone();
+    QApplication::processEvents();
+    int edits = 0;
+    for (auto _ : state) {
+        features->setData(features->index(edits % 100, 1), QStringLiteral("finding %1").arg(edits));
+        QApplication::processEvents();
+        ++edits;
+        state.PauseTiming();
+        QThread::msleep(350);
+        state.ResumeTiming();
+        QApplication::processEvents();
+        state.PauseTiming();
+        QThreadPool::globalInstance()->waitForDone();
+        state.ResumeTiming();
+        QApplication::processEvents();
+    }
+}
+
+// The check on the pool thread: after a load (files and records) and after an edit
+// (the records, and where a save would rewrite the files).
+void LargeFindings(benchmark::State &state, bool afterEdit)
+{
+    LargeFixture &fixture = TheLargeFixture();
+    VantixJsonData store(fixture.memory.root(), fixture.memory.reader(), fixture.memory.writer(), {});
+    const QString folder = store.GetFolder().path();
+    std::optional<ProductEditor::Diagnostics> files;
+    if (afterEdit) {
+        files = ProductEditor::LiveFindings::Run(fixture.memory.reader(), folder, ProductEditor::RecordsSnapshot::Take(store),
+                                                 store.GetLayoutFiles(), std::nullopt)
+                    .files;
+        store.GetFeatures().first().title = QStringLiteral("edited");
+    }
+    const ProductEditor::RecordsSnapshot records = ProductEditor::RecordsSnapshot::Take(store);
+    int findings = 0;
+    for (auto _ : state)
+        findings = ProductEditor::LiveFindings::Run(fixture.memory.reader(), folder, records, store.GetLayoutFiles(), files)
+                       .all.size();
+    state.counters["findings"] = findings;
+}
+
 void PrintRow(const BestTimeReporter &reporter, const char *what, const char *measured, const char *floor,
               double target)
 {
@@ -260,6 +335,11 @@ BENCHMARK(UndoStepUndoRedo)->Unit(benchmark::kMillisecond)->Iterations(10)->UseR
 BENCHMARK(LargeUpdate)->Unit(benchmark::kMillisecond)->Iterations(2)->UseRealTime();
 BENCHMARK(LargeNextDifference)->Unit(benchmark::kMillisecond)->Iterations(20)->UseRealTime();
 BENCHMARK(LargeUndoRedoWithDiff)->Unit(benchmark::kMillisecond)->Iterations(10)->UseRealTime();
+BENCHMARK(LargeParse)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
+BENCHMARK(LargeSearchKeystroke)->Unit(benchmark::kMillisecond)->Iterations(10)->UseRealTime();
+BENCHMARK(LargeEditWithFindings)->Unit(benchmark::kMillisecond)->Iterations(5)->UseRealTime();
+BENCHMARK_CAPTURE(LargeFindings, AfterLoad, false)->Unit(benchmark::kMillisecond)->Iterations(2)->UseRealTime();
+BENCHMARK_CAPTURE(LargeFindings, AfterEdit, true)->Unit(benchmark::kMillisecond)->Iterations(2)->UseRealTime();
 
 int main(int argc, char **argv)
 {
@@ -285,6 +365,14 @@ int main(int argc, char **argv)
                 reporter.seconds("LargeNextDifference") * 1e3, 50.0);
     std::printf("%-28s %10.1f ms %10.1f ms  (100,000 features)\n", "undo or redo, diff shown",
                 reporter.seconds("LargeUndoRedoWithDiff") * 1e3, 100.0);
+    std::printf("\nFindings panel, 100,000 features, against one parse of products.json (%.1f ms)\n",
+                reporter.seconds("LargeParse") * 1e3);
+    for (const auto &[what, name] : {std::pair{"search keystroke (GUI)", "LargeSearchKeystroke"},
+                                     std::pair{"field edit (GUI)", "LargeEditWithFindings"},
+                                     std::pair{"check after a load (pool)", "LargeFindings/AfterLoad"},
+                                     std::pair{"check after an edit (pool)", "LargeFindings/AfterEdit"}})
+        std::printf("%-28s %10.1f ms %8.2fx\n", what, reporter.seconds(name) * 1e3,
+                    reporter.seconds(name) / reporter.seconds("LargeParse"));
     TheFixture().editor.reset();
     TheLargeFixture().editor.reset();
     return 0;
