@@ -138,9 +138,9 @@ void ScanFeatures(benchmark::State &state)
     }
 }
 
-void SearchKeystroke(benchmark::State &state)
+// Typing into the feature search, one keystroke per iteration.
+void Keystrokes(benchmark::State &state, QMainWindow *window)
 {
-    QMainWindow *window = TheFixture().window();
     auto *search = window->findChild<QLineEdit *>(QStringLiteral("mp_edt_search"));
     const QStringList texts = {QStringLiteral("feature_1"), QStringLiteral("feature_")};
     int next = 0;
@@ -150,6 +150,12 @@ void SearchKeystroke(benchmark::State &state)
         QApplication::processEvents();
     }
     search->clear();
+    QApplication::processEvents();
+}
+
+void SearchKeystroke(benchmark::State &state)
+{
+    Keystrokes(state, TheFixture().window());
 }
 
 // One undo step over 100,000 features: an edit recorded as a step, and undoing or
@@ -254,16 +260,7 @@ void LargeParse(benchmark::State &state)
 
 void LargeSearchKeystroke(benchmark::State &state)
 {
-    auto *search = TheLargeFixture().editor->findChild<QLineEdit *>(QStringLiteral("mp_edt_search"));
-    const QStringList texts = {QStringLiteral("feature_1"), QStringLiteral("feature_")};
-    int next = 0;
-    for (auto _ : state) {
-        search->setText(texts.at(next));
-        next = 1 - next;
-        QApplication::processEvents();
-    }
-    search->clear();
-    QApplication::processEvents();
+    Keystrokes(state, TheLargeFixture().editor.get());
 }
 
 // What the GUI thread spends on one field edit with the findings panel: the edit, then,
