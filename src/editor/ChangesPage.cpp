@@ -124,7 +124,7 @@ void ChangesPage::CompareDocuments()
     _Rebuild(documents, Refresh::AtEnd);
     m_ui.mp_btn_apply_patch->show();
     m_review->Recount(true);
-    _Compared(QStringLiteral("the loaded files with the documents last regenerated: %1").arg(Names(documents)),
+    _Compared(QStringLiteral("the files as loaded with the documents last regenerated: %1").arg(Names(documents)),
               m_regeneratedRecords);
 }
 
@@ -147,7 +147,7 @@ void ChangesPage::_Update()
     const QVector<ComparedDocument> documents = UpdateComparedDocuments(m_model.GetData());
     _Rebuild(documents, Refresh::PerLayout);
     m_review->Recount(true);
-    _Compared(QStringLiteral("the loaded files with the documents regenerated from the definitions: %1")
+    _Compared(QStringLiteral("the files as loaded with the documents regenerated from the definitions: %1")
                   .arg(Names(documents)),
               m_regeneratedRecords);
 }
@@ -174,7 +174,8 @@ void ChangesPage::_Compared(const QString &what, std::optional<RecordsSnapshot> 
 void ChangesPage::Recheck()
 {
     const bool current = m_comparedRecords && *m_comparedRecords == RecordsSnapshot::Take(m_model.GetData());
-    QString text = QStringLiteral("Not compared yet: press Update to compare the definitions with the loaded files.");
+    QString text =
+        QStringLiteral("Not compared yet: press Update to compare the definitions with the files as loaded.");
     if (!m_compared.isEmpty()) {
         text = QStringLiteral("Compared %1; only documents with differences have a tab.").arg(m_compared);
         if (!current)

@@ -105,7 +105,7 @@ private slots:
         auto *notice = editor->find<QLabel>("mp_lbl_diff_notice");
         QVERIFY(notice->text().startsWith("Not compared yet"));
         act("update");
-        QCOMPARE(notice->text(), "Compared the loaded files with the documents regenerated from the definitions: "
+        QCOMPARE(notice->text(), "Compared the files as loaded with the documents regenerated from the definitions: "
                                  "Products, expert, main; only documents with differences have a tab.");
         act("title");
         QVERIFY(notice->text().endsWith("\nThese differences do not describe the definitions as they are now: "
