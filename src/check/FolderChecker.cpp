@@ -79,7 +79,8 @@ CheckResult FolderChecker::Check(const QString &folder)
     CheckResult result;
     const Reader reader = RecordingReader();
     const Writer writer = [this](const QString &path, const QByteArray &bytes) { return !m_write || m_write(path, bytes); };
-    result.recovery = FolderTransaction::Recover(folder);
+    if (m_recover)
+        result.recovery = FolderTransaction::Recover(folder);
     if (const auto &refusal = result.recovery.refusal) {
         result.report.refusal = refusal;
         result.diagnostics << ErrorAt(refusal->file, refusal->line, refusal->column, ProblemDescription(*refusal));
@@ -89,7 +90,9 @@ CheckResult FolderChecker::Check(const QString &folder)
     const int folderReads = m_reads.size();
     result.report = store->GetLoadReport();
     LoadProblem catalogueProblem;
-    if (const auto catalogue = LoadLicenseCatalogue(*store, reader, m_catalogueFile, &catalogueProblem))
+    if (m_catalogue)
+        store->GetLicenses() = *m_catalogue;
+    else if (const auto catalogue = LoadLicenseCatalogue(*store, reader, m_catalogueFile, &catalogueProblem))
         store->GetLicenses() = *catalogue;
     else
         result.catalogueProblem = catalogueProblem;
@@ -105,6 +108,16 @@ CheckResult FolderChecker::Check(const QString &folder)
     Sort(result.diagnostics);
     result.store = std::move(store);
     return result;
+}
+
+void FolderChecker::UseCatalogue(const QMap<QString, QString> &catalogue)
+{
+    m_catalogue = catalogue;
+}
+
+void FolderChecker::LeaveInterruptedSaves()
+{
+    m_recover = false;
 }
 
 Diagnostics FolderChecker::CheckSave(const QString &folder, const RecordsSnapshot &records)
@@ -147,7 +160,7 @@ Diagnostics FolderChecker::CheckDocuments(VantixJsonData &store, int folderReads
     }
 
     std::optional<QSet<QString>> catalogue;
-    if (!m_catalogueFile.isEmpty()) {
+    if (!m_catalogueFile.isEmpty() || m_catalogue) {
         const QStringList names = store.GetLicenses().keys();
         catalogue = QSet<QString>(names.cbegin(), names.cend());
     }

@@ -34,6 +34,11 @@ public:
     FolderChecker(Reader reader, QString catalogueFile);
 
     CheckResult Check(const QString &folder);
+    // Checks license names against `catalogue` instead of a catalogue file (PE008).
+    void UseCatalogue(const QMap<QString, QString> &catalogue);
+    // Check then leaves an interrupted save alone instead of finishing or undoing it, as a
+    // check must whose reader serves bytes already read while a window may be saving.
+    void LeaveInterruptedSaves();
     // Where a save of `records` over the folder would rewrite its files (PE014).
     Diagnostics CheckSave(const QString &folder, const RecordsSnapshot &records);
     // By file in the order the last check read them, then by position.
@@ -47,6 +52,8 @@ private:
 
     Reader m_reader;
     QString m_catalogueFile;
+    std::optional<QMap<QString, QString>> m_catalogue; // given instead of the file
+    bool m_recover = true;
     QStringList m_reads;               // paths as the loader named them, in reading order
     QHash<QString, QByteArray> m_bytes; // by those paths
     Writer m_write;     // where the store's writer sends a save

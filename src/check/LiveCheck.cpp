@@ -55,12 +55,14 @@ LiveFindings LiveFindings::Run(const Reader &reader, const QString &folder, cons
                                const QMap<QString, QStringList> &layoutFiles, std::optional<Diagnostics> files)
 {
     FolderChecker checker(reader, QString());
+    checker.LeaveInterruptedSaves();
     LiveFindings findings;
     Diagnostics rewrites;
     if (files) {
         findings.files = *files;
         rewrites = checker.CheckSave(folder, records);
     } else {
+        checker.UseCatalogue(records.licenses);
         const CheckResult loaded = checker.Check(folder);
         findings.files = loaded.diagnostics;
         if (loaded.store && !SameAsLoaded(records, *loaded.store)) {

@@ -2,6 +2,7 @@
 #include "PlantedFolder.h"
 
 #include "check/FolderChecker.h"
+#include "check/LiveCheck.h"
 
 #include <QDir>
 #include <QFile>
@@ -36,6 +37,7 @@ private slots:
     void planted();
     void nothingElse();
     void bundledExample();
+    void liveMatchesCheck();
 
 private:
     CheckResult CheckPlanted();
@@ -140,6 +142,22 @@ void FolderCheckerTest::bundledExample()
     const CheckResult result = checker.Check(PE_SOURCE_DIR "/examples/definitions");
     QVERIFY(result.store);
     QCOMPARE(result.diagnostics.size(), 0);
+}
+
+// The window's findings of a folder just loaded are the command line's, place for place.
+void FolderCheckerTest::liveMatchesCheck()
+{
+    CheckResult checked = CheckPlanted();
+    QVERIFY(checked.store);
+    const LiveFindings live = LiveFindings::Run(&ReadFile, m_root, RecordsSnapshot::Take(*checked.store),
+                                                checked.store->GetLayoutFiles(), std::nullopt);
+    const auto text = [](const Diagnostics &diagnostics) {
+        QStringList lines;
+        for (const Diagnostic &d : diagnostics)
+            lines << QString("%1 %2:%3:%4 %5 %6").arg(d.code, d.file).arg(d.line).arg(d.column).arg(d.path, d.message);
+        return lines;
+    };
+    QCOMPARE(text(live.all), text(checked.diagnostics));
 }
 
 QTEST_MAIN(FolderCheckerTest)
