@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <cstring>
 
 namespace ProductEditor {
 
@@ -29,6 +30,16 @@ QStringList SortedMinus(const QSet<QString> &set, const QSet<QString> &other)
     return names;
 }
 
+// Whether two implicitly shared containers hold the very same data. Comparing their
+// own bytes (the pointers to that data) reads nothing behind them, which keeps the
+// walk over records an edit did not touch out of the cache misses a comparison of
+// the contents would take.
+template <typename Container>
+bool SameData(const Container &a, const Container &b)
+{
+    return std::memcmp(static_cast<const void *>(&a), static_cast<const void *>(&b), sizeof(Container)) == 0;
+}
+
 // The changes of one record, field by field; without a list it only tells whether
 // the two records differ.
 class RecordDiff
@@ -45,7 +56,7 @@ public:
 
     void Value(const QString &field, const QString &before, const QString &after)
     {
-        if (before != after)
+        if (!SameData(before, after) && before != after)
             Add(Kind::Changed, field, before, after);
     }
 
@@ -58,7 +69,7 @@ public:
     void Names(const QString &field, const QSet<QString> &before, const QSet<QString> &after,
                const QString &entry = QString())
     {
-        if (before == after)
+        if (SameData(before, after) || before == after)
             return;
         m_differs = true;
         if (!m_out)
@@ -174,7 +185,8 @@ public:
         while (left != m_before.cend() || right != m_after.cend()) {
             const int order = left == m_before.cend()  ? 1
                               : right == m_after.cend() ? -1
-                                                        : QString::compare(left.key(), right.key());
+                              : SameData(left.key(), right.key()) ? 0
+                                                                  : QString::compare(left.key(), right.key());
             if (order < 0) {
                 changes.append(RecordChange(m_record, Kind::Removed, left.key()));
                 ++left;
