@@ -6,7 +6,7 @@
 #include "BestTimeReporter.h"
 #include "SyntheticFolder.h"
 
-#include "check/LiveCheck.h"
+#include "check/LiveFindings.h"
 #include "editor/CreateProductEditor.h"
 #include "json/VantixFeaturesDiffModel.h"
 #include "store/RecordsSnapshot.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "check/Diagnostic.h"
-#include "check/LiveCheck.h"
+#include "check/LiveFindings.h"
 #include "models/DiagnosticsModel.h"
 
 #include <QFutureWatcher>

@@ -2,7 +2,7 @@
 #include "PlantedFolder.h"
 
 #include "check/FolderChecker.h"
-#include "check/LiveCheck.h"
+#include "check/LiveFindings.h"
 
 #include <QDir>
 #include <QFile>

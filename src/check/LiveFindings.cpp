@@ -1,4 +1,4 @@
-#include "check/LiveCheck.h"
+#include "check/LiveFindings.h"
 
 #include "check/FolderChecker.h"
 #include "check/RecordsCheck.h"
