@@ -34,20 +34,19 @@ LiveDiagnostics::~LiveDiagnostics()
 void LiveDiagnostics::FilesChanged()
 {
     m_filesChanged = true;
-    _Schedule(0);
-}
-
-void LiveDiagnostics::RecordsChanged()
-{
-    _Schedule(kEditPause);
-}
-
-void LiveDiagnostics::_Schedule(int delay)
-{
     if (m_watcher.isRunning())
         m_pending = true;
     else
-        m_timer.start(qMin(delay, m_timer.isActive() ? m_timer.remainingTime() : delay));
+        m_timer.start(0);
+}
+
+// Each edit puts the check off again, unless a check of the files is already due.
+void LiveDiagnostics::RecordsChanged()
+{
+    if (m_watcher.isRunning())
+        m_pending = true;
+    else if (!(m_filesChanged && m_timer.isActive()))
+        m_timer.start(kEditPause);
 }
 
 void LiveDiagnostics::_Start()

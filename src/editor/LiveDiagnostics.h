@@ -39,7 +39,6 @@ signals:
     void Updated();
 
 private:
-    void _Schedule(int delay);
     void _Start();
     void _Finished();
 
