@@ -2,6 +2,9 @@
 
 #include "store/DefinitionKeys.h"
 
+#include <QCborArray>
+#include <QCborMap>
+#include <QCborValue>
 #include <QFileInfo>
 #include <QHash>
 #include <QJsonDocument>
@@ -15,21 +18,23 @@ using namespace Keys;
 
 namespace {
 
-bool ReadBool(const QJsonObject &object, const QString &key, bool fallback)
+// The records are read through the CBOR views of the parsed documents, which share
+// their storage: a QJsonValue copies every string and object member it is asked for.
+bool ReadBool(const QCborMap &object, const QString &key, bool fallback)
 {
-    const QJsonValue value = object.value(key);
+    const QCborValue value = object.value(key);
     return value.isBool() ? value.toBool() : fallback;
 }
 
 // Non-string elements read as the empty name, so they still become members.
-void InsertNames(const QJsonValue &array, QSet<QString> &into)
+void InsertNames(const QCborValue &array, QSet<QString> &into)
 {
-    const QJsonArray names = array.toArray();
-    for (const QJsonValue &name : names)
+    const QCborArray names = array.toArray();
+    for (const QCborValue &name : names)
         into.insert(name.toString());
 }
 
-ExtensionAccess ReadExtensionAccess(const QJsonObject &object)
+ExtensionAccess ReadExtensionAccess(const QCborMap &object)
 {
     ExtensionAccess access;
     InsertNames(object.value(kImport), access.import);
@@ -148,10 +153,11 @@ void VantixJsonData::UpdateData()
     emit featuresDataAboutToBeReset(QPrivateSignal());
     _Reset();
 
-    const QJsonObject extensionsObject = productsOriginal.value(kExtensions).toObject();
-    const QJsonArray extensionEntries = extensionsObject.value(kExtension).toArray();
-    for (const QJsonValue &entryValue : extensionEntries) {
-        const QJsonObject entry = entryValue.toObject();
+    const QCborMap root = QCborMap::fromJsonObject(productsOriginal);
+    const QCborMap extensionsObject = root.value(kExtensions).toMap();
+    const QCborArray extensionEntries = extensionsObject.value(kExtension).toArray();
+    for (const QCborValue &entryValue : extensionEntries) {
+        const QCborMap entry = entryValue.toMap();
         ExtensionInfo &info = extensions[entry.value(kId).toString()];
         info.cad_support = ReadBool(entry, kCadSupport, false);
         info.load_as_part = ReadBool(entry, kLoadAsPart, false);
@@ -163,22 +169,19 @@ void VantixJsonData::UpdateData()
         info.exportLicenses.clear();
     }
 
-    const QJsonObject coverage = extensionsObject.value(kCoverage).toObject();
-    const auto readCoverage = [this](const QJsonArray &entries, QSet<QString> ExtensionInfo::*set) {
-        for (const QJsonValue &entryValue : entries) {
-            const QJsonObject entry = entryValue.toObject();
-            ExtensionInfo &info = extensions[entry.value(kId).toString()];
-            const QJsonArray names = entry.value(kLic).toArray();
-            for (const QJsonValue &name : names)
-                (info.*set).insert(name.toString());
+    const QCborMap coverage = extensionsObject.value(kCoverage).toMap();
+    const auto readCoverage = [this](const QCborArray &entries, QSet<QString> ExtensionInfo::*set) {
+        for (const QCborValue &entryValue : entries) {
+            const QCborMap entry = entryValue.toMap();
+            InsertNames(entry.value(kLic), extensions[entry.value(kId).toString()].*set);
         }
     };
     readCoverage(coverage.value(kExport).toArray(), &ExtensionInfo::exportLicenses);
     readCoverage(coverage.value(kImport).toArray(), &ExtensionInfo::importLicenses);
 
-    const QJsonArray featureEntries = productsOriginal.value(kFeatures).toObject().value(kFeature).toArray();
-    for (const QJsonValue &entryValue : featureEntries) {
-        const QJsonObject entry = entryValue.toObject();
+    const QCborArray featureEntries = root.value(kFeatures).toMap().value(kFeature).toArray();
+    for (const QCborValue &entryValue : featureEntries) {
+        const QCborMap entry = entryValue.toMap();
         VantixFeatureData feature;
         feature.statustip = entry.value(kStatustip).toString();
         feature.title = entry.value(kTitle).toString();
@@ -201,36 +204,33 @@ void VantixJsonData::UpdateData()
         return *slot;
     };
 
-    const QJsonArray productEntries = productsOriginal.value(kProducts).toObject().value(kProduct).toArray();
-    products.products.reserve(productEntries.size());
-    for (const QJsonValue &entryValue : productEntries) {
-        const QJsonObject entry = entryValue.toObject();
+    const QCborArray productEntries = root.value(kProducts).toMap().value(kProduct).toArray();
+    products.products.reserve(int(productEntries.size()));
+    for (const QCborValue &entryValue : productEntries) {
+        const QCborMap entry = entryValue.toMap();
         ProductData product;
         product.id = entry.value(kId).toString();
         product.profile_suffix = entry.value(kProfileSuffix).toString();
-        const QJsonObject licensing = entry.value(kLicensing).toObject();
+        const QCborMap licensing = entry.value(kLicensing).toMap();
         product.base = licensing.value(kBase).toString();
-        product.extensions = ReadExtensionAccess(entry.value(kExtensions).toObject());
-        const QJsonArray specific = licensing.value(kSpecific).toArray();
-        for (const QJsonValue &specificValue : specific) {
-            const QJsonObject specificEntry = specificValue.toObject();
-            QSet<QString> &names = product.specificLicenses[specificEntry.value(kId).toString()];
-            const QJsonArray licenseNames = specificEntry.value(kLicenses).toArray();
-            for (const QJsonValue &name : licenseNames)
-                names.insert(name.toString());
+        product.extensions = ReadExtensionAccess(entry.value(kExtensions).toMap());
+        const QCborArray specific = licensing.value(kSpecific).toArray();
+        for (const QCborValue &specificValue : specific) {
+            const QCborMap specificEntry = specificValue.toMap();
+            InsertNames(specificEntry.value(kLicenses), product.specificLicenses[specificEntry.value(kId).toString()]);
         }
-        const QJsonArray featureIds = entry.value(kFeatures).toArray();
-        for (const QJsonValue &featureId : featureIds)
+        const QCborArray featureIds = entry.value(kFeatures).toArray();
+        for (const QCborValue &featureId : featureIds)
             featureFor(featureId.toString()).productIds.insert(product.id);
         InsertNames(entry.value(kModes), product.modes);
         products.products.append(std::move(product));
     }
 
     for (auto it = layoutsOriginal.cbegin(); it != layoutsOriginal.cend(); ++it) {
-        const QJsonObject &layout = it.value();
-        layouts[it.key()] = LayoutData{ReadExtensionAccess(layout.value(kExtensions).toObject())};
-        const QJsonArray featureIds = layout.value(kFeatures).toArray();
-        for (const QJsonValue &featureId : featureIds)
+        const QCborMap layout = QCborMap::fromJsonObject(it.value());
+        layouts[it.key()] = LayoutData{ReadExtensionAccess(layout.value(kExtensions).toMap())};
+        const QCborArray featureIds = layout.value(kFeatures).toArray();
+        for (const QCborValue &featureId : featureIds)
             featureFor(featureId.toString()).layoutNames.insert(it.key());
     }
 
