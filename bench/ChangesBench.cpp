@@ -31,7 +31,7 @@ void EditFew(RecordsSnapshot &records)
     feature.value().title += QStringLiteral(" (edited)");
     std::advance(feature, records.features.size() / 2);
     feature.value().productIds.insert(QStringLiteral("bench_product"));
-    (records.features.end() - 1).value().visual = false;
+    std::prev(records.features.end()).value().visual = false;
     records.products.products.last().base = QStringLiteral("bench_license");
 }
 
