@@ -308,17 +308,18 @@ void LargeFindings(benchmark::State &state, bool afterEdit)
     LargeFixture &fixture = TheLargeFixture();
     VantixJsonData store(fixture.memory.root(), fixture.memory.reader(), fixture.memory.writer(), {});
     const QString folder = store.GetFolder().path();
-    std::optional<ProductEditor::Diagnostics> files;
+    std::optional<ProductEditor::LiveFindings> loaded;
     if (afterEdit) {
-        files = ProductEditor::LiveFindings::Run(fixture.memory.reader(), folder, ProductEditor::RecordsSnapshot::Take(store),
-                                                 store.GetLayoutFiles(), std::nullopt)
-                    .files;
+        loaded = ProductEditor::LiveFindings::Run(fixture.memory.reader(), folder,
+                                                  ProductEditor::RecordsSnapshot::Take(store), store.GetLayoutFiles(),
+                                                  nullptr);
         store.GetFeatures().first().title = QStringLiteral("edited");
     }
     const ProductEditor::RecordsSnapshot records = ProductEditor::RecordsSnapshot::Take(store);
     int findings = 0;
     for (auto _ : state)
-        findings = ProductEditor::LiveFindings::Run(fixture.memory.reader(), folder, records, store.GetLayoutFiles(), files)
+        findings = ProductEditor::LiveFindings::Run(fixture.memory.reader(), folder, records, store.GetLayoutFiles(),
+                                                    loaded ? &*loaded : nullptr)
                        .all.size();
     state.counters["findings"] = findings;
 }

@@ -120,13 +120,21 @@ void FolderChecker::LeaveInterruptedSaves()
     m_recover = false;
 }
 
-Diagnostics FolderChecker::CheckSave(const QString &folder, const RecordsSnapshot &records)
+bool FolderChecker::WritesAsLoaded(const RecordsSnapshot &records, VantixJsonData &loaded)
+{
+    RecordsSnapshot asLoaded = RecordsSnapshot::Take(loaded);
+    asLoaded.licenses = records.licenses;
+    return asLoaded == records;
+}
+
+Diagnostics FolderChecker::CheckSave(const QString &folder, const RecordsSnapshot &records, bool *asLoaded)
 {
     m_reads.clear();
     m_bytes.clear();
     const Writer writer = [this](const QString &path, const QByteArray &bytes) { return !m_write || m_write(path, bytes); };
     VantixJsonData store(folder, RecordingReader(), writer, QMap<QString, QString>());
-    if (store.GetLoadReport().refusal)
+    *asLoaded = !store.GetLoadReport().refusal && WritesAsLoaded(records, store);
+    if (store.GetLoadReport().refusal || *asLoaded)
         return {};
     records.Restore(store);
     return CheckCanonical(store);

@@ -39,8 +39,12 @@ public:
     // Check then leaves an interrupted save alone instead of finishing or undoing it, as a
     // check must whose reader serves bytes already read while a window may be saving.
     void LeaveInterruptedSaves();
-    // Where a save of `records` over the folder would rewrite its files (PE014).
-    Diagnostics CheckSave(const QString &folder, const RecordsSnapshot &records);
+    // Where a save of `records` over the folder would rewrite its files (PE014). Nothing,
+    // and `asLoaded` set, when a save of them writes what a save of the folder as it
+    // loads would: the folder's own findings then hold for them.
+    Diagnostics CheckSave(const QString &folder, const RecordsSnapshot &records, bool *asLoaded);
+    // Whether a save of `records` writes what a save of `loaded` would; the catalogue is not written.
+    static bool WritesAsLoaded(const RecordsSnapshot &records, VantixJsonData &loaded);
     // By file in the order the last check read them, then by position.
     void Sort(Diagnostics &diagnostics) const;
 

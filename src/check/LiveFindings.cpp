@@ -40,38 +40,40 @@ void Place(Diagnostics &records, const Diagnostics &files)
     }
 }
 
-// Whether a save of `records` writes what a save right after the load would: edits can
-// come in between a load and the check of its files. The catalogue is not written.
-bool SameAsLoaded(const RecordsSnapshot &records, VantixJsonData &loaded)
-{
-    RecordsSnapshot asLoaded = RecordsSnapshot::Take(loaded);
-    asLoaded.licenses = records.licenses;
-    return asLoaded == records;
-}
-
 } // namespace
 
 LiveFindings LiveFindings::Run(const Reader &reader, const QString &folder, const RecordsSnapshot &records,
-                               const QMap<QString, QStringList> &layoutFiles, std::optional<Diagnostics> files)
+                               const QMap<QString, QStringList> &layoutFiles, const LiveFindings *previous)
 {
     FolderChecker checker(reader, QString());
     checker.LeaveInterruptedSaves();
     LiveFindings findings;
     Diagnostics rewrites;
-    if (files) {
-        findings.files = *files;
-        rewrites = checker.CheckSave(folder, records);
+    bool asLoaded = false;
+    if (previous) {
+        findings.files = previous->files;
+        findings.catalogue = previous->catalogue;
+        rewrites = checker.CheckSave(folder, records, &asLoaded);
     } else {
+        findings.catalogue = records.licenses;
         checker.UseCatalogue(records.licenses);
         const CheckResult loaded = checker.Check(folder);
         findings.files = loaded.diagnostics;
-        if (loaded.store && !SameAsLoaded(records, *loaded.store)) {
-            rewrites = checker.CheckSave(folder, records);
-        } else {
-            for (const Diagnostic &diagnostic : qAsConst(findings.files)) {
-                if (diagnostic.code == QLatin1String("PE014"))
-                    rewrites << diagnostic;
-            }
+        // Edits can come in between a load and the check of its files.
+        asLoaded = !loaded.store || FolderChecker::WritesAsLoaded(records, *loaded.store);
+        if (!asLoaded)
+            rewrites = checker.CheckSave(folder, records, &asLoaded);
+    }
+    if (asLoaded) {
+        // The records as the files hold them: every finding is placed in the files, each
+        // repeated name and each layout that another file overrides included.
+        if (records.licenses == findings.catalogue) {
+            findings.all = findings.files;
+            return findings;
+        }
+        for (const Diagnostic &diagnostic : qAsConst(findings.files)) {
+            if (diagnostic.code == QLatin1String("PE014"))
+                rewrites << diagnostic;
         }
     }
     Diagnostics now = CheckRecords(records, QDir(folder).filePath(QStringLiteral("products/products.json")), layoutFiles);

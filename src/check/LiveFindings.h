@@ -9,8 +9,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <optional>
-
 namespace ProductEditor {
 
 // The findings of an editor's folder: those about its files as last read or written,
@@ -20,12 +18,13 @@ namespace ProductEditor {
 // can run on another thread.
 struct PRODUCT_EDITOR_EXPORT LiveFindings
 {
-    Diagnostics files;
+    Diagnostics files;                 // of the files, against `catalogue`
+    QMap<QString, QString> catalogue;
     Diagnostics all;
 
-    // `files` from an earlier run when only the records changed; none to check the files.
+    // `previous` from an earlier run when only the records changed; null to check the files.
     static LiveFindings Run(const Reader &reader, const QString &folder, const RecordsSnapshot &records,
-                            const QMap<QString, QStringList> &layoutFiles, std::optional<Diagnostics> files);
+                            const QMap<QString, QStringList> &layoutFiles, const LiveFindings *previous);
 };
 
 } // namespace ProductEditor

@@ -182,6 +182,8 @@ void ReferenceCheck::CheckProduct(int product)
 {
     const JsonPositionScanner &json = m_products.json;
     const QString id = IdOf(json, product);
+    m_subject = Diagnostic::Subject::Product;
+    m_subjectId = id;
     CheckFeatureNames(m_products, json.member(product, QLatin1String("features")));
     ForEachName(json, json.member(product, QLatin1String("modes")), [&](int node, const QString &mode) {
         if (!m_layoutNames.contains(mode))
@@ -207,6 +209,8 @@ void ReferenceCheck::CheckCoverage()
     for (const char *role : {"export", "import"}) {
         ForEachObject(json, json.member(coverage, QLatin1String(role)), [&](int entry) {
             const QString id = IdOf(json, entry);
+            m_subject = Diagnostic::Subject::Extension;
+            m_subjectId = id;
             if (!m_extensions.contains(id)) {
                 m_out << About(m_products.At(IdPlace(json, entry), "PE007",
                                        QStringLiteral("%1 coverage names extension \"%2\", which no \"extension\" "
@@ -221,6 +225,8 @@ void ReferenceCheck::CheckCoverage()
 
 void ReferenceCheck::CheckLayout(const ScannedDocument &document, int layout)
 {
+    m_subject = Diagnostic::Subject::None;
+    m_subjectId.clear();
     CheckFeatureNames(document, document.json.member(layout, QLatin1String("features")));
     CheckAccess(document, document.json.member(layout, QLatin1String("extensions")),
                 LayoutOwner(document.json.key(layout)));
@@ -243,7 +249,8 @@ void ReferenceCheck::CheckAccess(const ScannedDocument &document, int access, co
     for (const char *role : kAccessRoles) {
         ForEachName(document.json, document.json.member(access, QLatin1String(role)), [&](int node, const QString &id) {
             if (!m_extensions.contains(id))
-                m_out << document.At(node, "PE007", UndefinedAccessExtension(owner, id, QLatin1String(role)));
+                m_out << About(document.At(node, "PE007", UndefinedAccessExtension(owner, id, QLatin1String(role))),
+                               m_subject, m_subjectId);
         });
     }
 }
@@ -259,7 +266,7 @@ void ReferenceCheck::CheckLicense(const ScannedDocument &document, int node)
         return;
     const QString license = document.json.string(node);
     if (!m_catalogue->contains(license))
-        m_out << document.At(node, "PE008", MissingLicense(license));
+        m_out << About(document.At(node, "PE008", MissingLicense(license)), m_subject, m_subjectId);
 }
 
 } // namespace ProductEditor

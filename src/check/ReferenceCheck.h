@@ -50,6 +50,9 @@ private:
     QHash<QString, int> m_extensions; // id -> line of its first entry
     QSet<QString> m_layoutNames;
     Diagnostics m_out;
+    // The record whose names are being checked, for the findings about them.
+    Diagnostic::Subject m_subject = Diagnostic::Subject::None;
+    QString m_subjectId;
 };
 
 } // namespace ProductEditor

@@ -56,20 +56,21 @@ void LiveDiagnostics::_Start()
         return;
     }
     m_folder = m_store.GetFolder().path();
-    const std::optional<Diagnostics> files = m_filesChanged ? std::nullopt : m_fileFindings;
+    std::optional<LiveFindings> previous;
+    if (!m_filesChanged)
+        previous = m_last;
     m_filesChanged = false;
     m_watcher.setFuture(QtConcurrent::run([reader = m_files.Memory(), folder = m_folder,
                                            records = RecordsSnapshot::Take(m_store),
-                                           layoutFiles = m_store.GetLayoutFiles(), files] {
-        return LiveFindings::Run(reader, folder, records, layoutFiles, files);
+                                           layoutFiles = m_store.GetLayoutFiles(), previous] {
+        return LiveFindings::Run(reader, folder, records, layoutFiles, previous ? &*previous : nullptr);
     }));
 }
 
 void LiveDiagnostics::_Finished()
 {
-    const LiveFindings findings = m_watcher.result();
-    m_fileFindings = findings.files;
-    m_model.SetDiagnostics(findings.all, m_folder);
+    m_last = m_watcher.result();
+    m_model.SetDiagnostics(m_last->all, m_folder);
     if (m_pending) {
         m_pending = false;
         _Start();

@@ -48,7 +48,7 @@ private:
     QTimer m_timer;
     QFutureWatcher<LiveFindings> m_watcher;
     QString m_folder;                      // of the running check
-    std::optional<Diagnostics> m_fileFindings; // of the files as last checked
+    std::optional<LiveFindings> m_last; // of the files as last checked
     bool m_filesChanged = true;
     bool m_pending = false; // something changed while a check ran
 };

@@ -150,7 +150,7 @@ void FolderCheckerTest::liveMatchesCheck()
     CheckResult checked = CheckPlanted();
     QVERIFY(checked.store);
     const LiveFindings live = LiveFindings::Run(&ReadFile, m_root, RecordsSnapshot::Take(*checked.store),
-                                                checked.store->GetLayoutFiles(), std::nullopt);
+                                                checked.store->GetLayoutFiles(), nullptr);
     const auto text = [](const Diagnostics &diagnostics) {
         QStringList lines;
         for (const Diagnostic &d : diagnostics)
