@@ -1,4 +1,4 @@
-#include "DurableFiles.h"
+#include "store/DurableFiles.h"
 
 #include <QFile>
 

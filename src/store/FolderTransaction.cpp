@@ -1,6 +1,6 @@
-#include "FolderTransaction.h"
+#include "store/FolderTransaction.h"
 
-#include "DurableFiles.h"
+#include "store/DurableFiles.h"
 
 #include <QDir>
 #include <QFileInfo>

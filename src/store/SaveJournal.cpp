@@ -1,4 +1,4 @@
-#include "SaveJournal.h"
+#include "store/SaveJournal.h"
 
 #include <QCryptographicHash>
 #include <QJsonArray>
