@@ -2,32 +2,13 @@
 // exit statuses, and the command line's other summaries.
 #include "PlantedFolder.h"
 
-#include <QDir>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
 namespace {
-
-struct Run
-{
-    int status = -1;
-    QString out;
-    QString err;
-};
-
-Run Program(const QStringList &args)
-{
-    QProcess process;
-    process.start(PE_PROGRAM, args);
-    process.waitForFinished(120000);
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError())};
-}
 
 // A JSON-schema subset: type, required, properties, items, minItems, minimum, enum.
 bool Conforms(const QJsonValue &value, const QJsonObject &schema, const QString &at, QString *why)
@@ -127,15 +108,13 @@ void CheckCommandTest::program_data()
     QTest::newRow("warnings") << QStringList{"check", defs} << 0
                               << "TMP/defs/products/products.json:4:15: warning: \"colour\": \"red\" is not a key the "
                                  "editor knows; saving drops it [PE009]\n";
-    QTest::newRow("summary") << QStringList{"check", defs} << 0 << "\n22 warnings, 0 errors\n";
-    QTest::newRow("strict") << QStringList{"check", defs, "--strict"} << 1 << "22 warnings";
+    QTest::newRow("strict") << QStringList{"check", defs, "--strict"} << 1 << "\n22 warnings, 0 errors\n";
     QTest::newRow("json") << QStringList{"check", defs, "--format", "json"} << 0
                           << "\"path\": \"$.products.product[0].features[1]\",\n            \"severity\": \"warning\"";
     QTest::newRow("refused") << QStringList{"check", "TMP/no", "--format", "json"} << 2
                              << "\"code\": \"PE000\",\n            \"column\": 1,\n            \"file\": \"TMP/no\"";
     QTest::newRow("bad JSON") << QStringList{"check", "TMP/bad"} << 2
                               << "TMP/bad/products/products.json:2:4: error: not valid JSON: unterminated string at offset 5 ";
-    QTest::newRow("bad format") << QStringList{"check", defs, "--format", "xml"} << 2 << "";
     QTest::newRow("did you mean") << QStringList{"chek", defs} << 2 << "";
     QTest::newRow("normalize") << QStringList{"normalize", defs, "--out", "TMP/out", "--verbose"} << 0
                                << "wrote TMP/out/products/products.json\n";

@@ -2,46 +2,15 @@
 #include "Commands.h"
 #include "EditorHost.h"
 #include "FileAccess.h"
+#include "TestHelpers.h"
 
-#include <QDir>
-#include <QFile>
 #include <QMainWindow>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace ProductEditor;
 
 namespace {
-
-struct Run
-{
-    int status = -1;
-    QString out; // stdout, then stderr
-};
-
-Run Program(const QStringList &args)
-{
-    QProcess process;
-    process.start(PE_PROGRAM, args);
-    process.waitForFinished(120000);
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            QString::fromUtf8(process.readAllStandardOutput() + process.readAllStandardError())};
-}
-
-void Write(const QString &path, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-
-QByteArray Read(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 const QByteArray kProducts = R"({
   "features": {"feature": [{"id": "b", "title": "B", "visual": true}, {"id": "a"}]},
@@ -173,18 +142,18 @@ void CommandLineTest::run()
     else if (!setup.isEmpty())
         Write(path, setup.section('=', 1).toUtf8());
     const Run run = Program(args.replaceInStrings("TMP", m_dir->path()));
-    QVERIFY2(run.out.contains(text.replace("TMP", m_dir->path())), qPrintable(run.out));
+    QVERIFY2(run.all().contains(text.replace("TMP", m_dir->path())), qPrintable(run.all()));
     QCOMPARE(run.status, status);
 }
 
 void CommandLineTest::normalize()
 {
     const Run check = Program({"normalize", m_root, "--check"});
-    QCOMPARE(check.out, m_root + "/products/products.json\n" + m_root + "/layouts/main.json\n");
+    QCOMPARE(check.all(), m_root + "/products/products.json\n" + m_root + "/layouts/main.json\n");
     QCOMPARE(check.status, 1);
     // Into a folder that does not exist every file would be new, and nothing is created.
     const QString out = m_dir->filePath("out");
-    QCOMPARE(Program({"normalize", m_root, "--check", "--out", out}).out,
+    QCOMPARE(Program({"normalize", m_root, "--check", "--out", out}).all(),
              out + "/products/products.json\n" + out + "/layouts/main.json\n");
     QVERIFY(!QFile::exists(out));
 
@@ -196,7 +165,7 @@ void CommandLineTest::normalize()
     QCOMPARE(Read(m_root + "/products/products.json"), Read(out + "/products/products.json"));
     QCOMPARE(Program({"normalize", PE_SOURCE_DIR "/examples/definitions", "--check"}).status, 0);
     // Two folders compare their regenerated documents, so the canonical copy matches its source.
-    QCOMPARE(Program({"diff", m_root, out, "--format", "json"}).out, QString("{}\n"));
+    QCOMPARE(Program({"diff", m_root, out, "--format", "json"}).all(), QString("{}\n"));
 }
 
 void CommandLineTest::readsEachFileOnce_data()

@@ -2,31 +2,15 @@
 // before the save or exactly as the save meant it. A kill at a random moment rarely lands
 // between two renames, so the program is stopped at each of its calls on the folder in turn.
 #include "FolderFiles.h"
+#include "TestHelpers.h"
 
 #include <QJsonDocument>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
 namespace {
-
-struct Run
-{
-    Run(const QString &program, const QStringList &args)
-    {
-        QProcess process;
-        process.start(program, args);
-        process.waitForFinished(120000);
-        status = process.exitStatus();
-        code = process.exitCode();
-        err = QString::fromUtf8(process.readAllStandardError());
-    }
-    QProcess::ExitStatus status;
-    int code;
-    QString err;
-};
 
 // Which files hold the old bytes, which the new ones, and which neither.
 QString Describe(const FolderFiles &files, const FolderFiles &before, const FolderFiles &after)
@@ -79,31 +63,24 @@ private slots:
         if (m_strace.isEmpty())
             QSKIP("strace is not installed");
         // A container without ptrace rights has strace but cannot trace.
-        if (Run(m_strace, {"-f", "-qq", "-o", "/dev/null", "true"}).code != 0)
+        if (Start(m_strace, {"-f", "-qq", "-o", "/dev/null", "true"}).status != 0)
             QSKIP("strace cannot trace processes here");
         // The example, two of its three files written compact (not canonical), the third left canonical.
         m_folder = m_dir.filePath(QStringLiteral("defs"));
         WriteFolderFiles(m_folder, ReadFolderFiles(QStringLiteral(PE_SOURCE_DIR "/examples/definitions")));
         for (const char *name : {"products/products.json", "layouts/production.json"}) {
             const QString path = QDir(m_folder).filePath(QLatin1String(name));
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            const QByteArray compact = QJsonDocument::fromJson(file.readAll()).toJson(QJsonDocument::Compact);
-            file.close();
-            QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-            file.write(compact);
+            QVERIFY(Write(path, QJsonDocument::fromJson(Read(path)).toJson(QJsonDocument::Compact)));
         }
         m_old = ReadFolderFiles(m_folder);
 
         const QString log = m_dir.filePath(QStringLiteral("calls.log"));
-        QCOMPARE(Run(m_strace, {"-f", "-y", "-qq", "-o", log, "-e",
-                                "trace=openat,write,rename,renameat,renameat2,unlink,unlinkat,fsync,fdatasync",
-                                PE_PROGRAM, "normalize", m_folder})
-                     .code,
+        QCOMPARE(Start(m_strace, {"-f", "-y", "-qq", "-o", log, "-e",
+                                  "trace=openat,write,rename,renameat,renameat2,unlink,unlinkat,fsync,fdatasync",
+                                  PE_PROGRAM, "normalize", m_folder})
+                     .status,
                  0);
-        QFile file(log);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        m_log = QString::fromUtf8(file.readAll());
+        m_log = QString::fromUtf8(Read(log));
         m_new = ReadFolderFiles(m_folder);
         QCOMPARE(m_new.keys(), m_old.keys());
         QVERIFY(m_new != m_old);
@@ -132,18 +109,18 @@ private slots:
                 const QString where = QStringLiteral("killed at %1 #%2").arg(syscall).arg(call);
                 WriteFolderFiles(m_folder, m_old);
                 const QString inject = QStringLiteral("inject=%1:signal=KILL:when=%2").arg(syscall).arg(call);
-                QVERIFY2(Run(m_strace, {"-f", "-qq", "-o", "/dev/null", "-e", "trace=" + syscall, "-e", inject,
-                                        PE_PROGRAM, "normalize", m_folder})
+                QVERIFY2(Start(m_strace, {"-f", "-qq", "-o", "/dev/null", "-e", "trace=" + syscall, "-e", inject,
+                                          PE_PROGRAM, "normalize", m_folder})
                                  .status
-                             == QProcess::CrashExit,
+                             == -1,
                          qPrintable(where + ": the program was not killed"));
                 ++kills;
                 const FolderFiles killed = ReadFolderFiles(m_folder);
-                const Run open(PE_PROGRAM, {"normalize", m_folder, "--check"});
+                const Run open = Program({"normalize", m_folder, "--check"});
                 const FolderFiles opened = ReadFolderFiles(m_folder);
                 QVERIFY2(opened == m_old || opened == m_new,
                          qPrintable(where + ": the next open sees " + Describe(opened, m_old, m_new)));
-                QCOMPARE(open.code, opened == m_new ? 0 : 1);
+                QCOMPARE(open.status, opened == m_new ? 0 : 1);
                 // Whatever the open had to finish or remove is named.
                 if (killed != opened)
                     QVERIFY2(open.err.contains("warning: " + m_folder), qPrintable(where + ": " + open.err));

@@ -1,41 +1,10 @@
 // The git commands against real repositories, with the driver pointed at the built program.
-#include <QDir>
-#include <QFile>
-#include <QProcess>
+#include "TestHelpers.h"
+
 #include <QTemporaryDir>
 #include <QTest>
 
 namespace {
-
-struct Run
-{
-    int status = -1;
-    QString out; // stdout, then stderr
-};
-
-Run Start(const QString &program, const QStringList &args, const QString &folder)
-{
-    QProcess process;
-    process.setWorkingDirectory(folder);
-    process.start(program, args);
-    process.waitForFinished(120000);
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            QString::fromUtf8(process.readAllStandardOutput() + process.readAllStandardError())};
-}
-
-void Write(const QString &path, const QString &text)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(text.toUtf8());
-}
-
-QByteArray Read(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 const QString kOpen = R"({"id":"open","title":"Open"})";
 const QString kSave = R"({"id":"save","title":"Save","tooltip":"Saves"})";
@@ -119,7 +88,7 @@ void GitMergeTest::Branches(bool driver, const QStringList &ours, const QStringL
 {
     if (driver) {
         const Run setup = Program({"git-setup"});
-        QVERIFY2(setup.status == 0, qPrintable(setup.out));
+        QVERIFY2(setup.status == 0, qPrintable(setup.all()));
         QCOMPARE(Read(m_repo + "/.gitattributes"),
                  QByteArray("defs/layouts/* merge=product-definitions\n"
                             "defs/products/products.json merge=product-definitions\n"));
@@ -184,7 +153,7 @@ void GitMergeTest::cleanMerge()
     if (how == "rebase") {
         Git({"checkout", "-q", "theirs"});
         const Run rebase = Git({"rebase", "main"});
-        QVERIFY2(rebase.status == 0, qPrintable(rebase.out));
+        QVERIFY2(rebase.status == 0, qPrintable(rebase.all()));
     } else {
         const Run merge = Git({"merge", "--no-edit", "theirs"});
         QCOMPARE(merge.status, how == "merge" ? 0 : 1);
@@ -192,8 +161,8 @@ void GitMergeTest::cleanMerge()
     if (how == "resolve") {
         const Run resolve = Program({"resolve"});
         QCOMPARE(resolve.status, 0);
-        QVERIFY(resolve.out.contains("resolved defs/products/products.json\n"));
-        QCOMPARE(Git({"ls-files", "-u"}).out, QString());
+        QVERIFY(resolve.all().contains("resolved defs/products/products.json\n"));
+        QCOMPARE(Git({"ls-files", "-u"}).all(), QString());
     }
     for (const QString file : {"products/products.json", "layouts/main.json"})
         QCOMPARE(Read(m_repo + "/defs/" + file), Normalized(both.at(0), both.at(1), file));
@@ -217,7 +186,7 @@ void GitMergeTest::conflict()
     if (!driver) {
         const Run resolve = Program({"resolve", "defs"});
         QCOMPARE(resolve.status, 1);
-        QCOMPARE(resolve.out, QString("defs/products/products.json: 1 conflict\n  features/feature[id=open]/title\n"));
+        QCOMPARE(resolve.all(), QString("defs/products/products.json: 1 conflict\n  features/feature[id=open]/title\n"));
     }
     const QByteArray merged = Read(m_repo + "/defs/products/products.json");
     QCOMPARE(merged.count("<<<<<<<"), 1);
@@ -226,7 +195,7 @@ void GitMergeTest::conflict()
                              "||||||| base\n                \"title\": \"Open\"\n"
                              "=======\n                \"title\": \"Open B\"\n>>>>>>> theirs\n            },\n"),
              merged.constData());
-    QVERIFY(Git({"ls-files", "-u"}).out.contains("defs/products/products.json"));
+    QVERIFY(Git({"ls-files", "-u"}).all().contains("defs/products/products.json"));
 }
 
 void GitMergeTest::commandRun_data()
@@ -273,7 +242,7 @@ void GitMergeTest::commandRun()
     Write(m_repo + "/bad.json", "{\"a\": [1,\n");
     const Run run = Program(args);
     QCOMPARE(run.status, status);
-    QVERIFY2(run.out.contains(out), qPrintable(run.out));
+    QVERIFY2(run.all().contains(out), qPrintable(run.all()));
 }
 
 // What a reviewer pastes: each kind of record under its heading, in product terms.
@@ -290,7 +259,7 @@ void GitMergeTest::reviewFormat()
 
     const Run run = Program({"diff", "defs", "--from", "HEAD", "--format", "review"});
     QCOMPARE(run.status, 1);
-    QCOMPARE(run.out, QString("## Definition changes: defs at HEAD -> defs\n"
+    QCOMPARE(run.all(), QString("## Definition changes: defs at HEAD -> defs\n"
                               "\n### Features\n\n"
                               "- feature cut added\n"
                               "- feature open: title \"Open\" -> \"Open file\"\n"
@@ -310,7 +279,7 @@ void GitMergeTest::mergeFolders()
     Write(theirs + "/layouts/main.json", Layout(R"("save","open")"));
     Write(theirs + "/layouts/extra.json", R"({"layouts":{"extra":{}}})");
     const Run merge = Program({"merge", base, ours, theirs, "--out", m_dir->filePath("out")});
-    QVERIFY2(merge.status == 0, qPrintable(merge.out));
+    QVERIFY2(merge.status == 0, qPrintable(merge.all()));
     QCOMPARE(QDir(m_dir->filePath("out/layouts")).entryList(QDir::Files), QStringList{"extra.json"});
     QCOMPARE(Read(m_dir->filePath("out/products/products.json")),
              Normalized(Products(kOpen + "," + kSave + "," + kCut, R"("open","save","cut")", R"("open","save")"),

@@ -1,6 +1,7 @@
 // Saving loses nothing: the writer replaces a file only with a complete new one, and a
 // write that fails leaves the previous file byte for byte and is reported.
 #include "FileAccess.h"
+#include "TestHelpers.h"
 
 #include <QDir>
 #include <QFile>
@@ -12,19 +13,6 @@
 #include <sys/resource.h>
 
 namespace {
-
-bool Write(const QString &path, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
-
-QByteArray Read(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 // The entries of `dir`, to see that a failed write leaves no temporary file.
 QStringList Listing(const QString &dir)

@@ -4,20 +4,12 @@
 #include "check/FolderChecker.h"
 #include "check/LiveFindings.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace ProductEditor;
 
 namespace {
-
-QByteArray ReadFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 // 1-based column of `token` on line `line` of `bytes` (ASCII lines only).
 int ColumnOf(const QByteArray &bytes, int line, const QByteArray &token)
@@ -36,7 +28,6 @@ private slots:
     void planted_data();
     void planted();
     void nothingElse();
-    void bundledExample();
     void liveMatchesCheck();
 
 private:
@@ -61,7 +52,7 @@ void FolderCheckerTest::initTestCase()
 
 CheckResult FolderCheckerTest::CheckPlanted()
 {
-    FolderChecker checker(&ReadFile, m_dir.filePath("lic.json"));
+    FolderChecker checker(&Read, m_dir.filePath("lic.json"));
     return checker.Check(m_root);
 }
 
@@ -136,20 +127,12 @@ void FolderCheckerTest::nothingElse()
     QCOMPARE(CheckPlanted().diagnostics.size(), 23);
 }
 
-void FolderCheckerTest::bundledExample()
-{
-    FolderChecker checker(&ReadFile, QString());
-    const CheckResult result = checker.Check(PE_SOURCE_DIR "/examples/definitions");
-    QVERIFY(result.store);
-    QCOMPARE(result.diagnostics.size(), 0);
-}
-
 // The window's findings of a folder just loaded are the command line's, place for place.
 void FolderCheckerTest::liveMatchesCheck()
 {
     CheckResult checked = CheckPlanted();
     QVERIFY(checked.store);
-    const LiveFindings live = LiveFindings::Run(&ReadFile, m_root, RecordsSnapshot::Take(*checked.store),
+    const LiveFindings live = LiveFindings::Run(&Read, m_root, RecordsSnapshot::Take(*checked.store),
                                                 checked.store->GetLayoutFiles(), nullptr);
     const auto text = [](const Diagnostics &diagnostics) {
         QStringList lines;

@@ -2,11 +2,8 @@
 
 // A definition folder with every kind of problem `check` finds planted once.
 
-#include <QByteArray>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QString>
+#include "TestHelpers.h"
+
 #include <QTest>
 
 namespace {
@@ -35,14 +32,6 @@ const QByteArray kLayoutA = R"({"layouts": {"main": {"features": ["ghost2"]}}})"
 const QByteArray kLayoutB = R"({"layouts": {"main": {"features": []}}, "x": 1})";
 const QByteArray kNoLayouts = R"({"other": 1})";
 const QByteArray kBroken = "{\n\"layouts\"";
-
-void Write(const QString &path, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
 
 // The planted folder at `root`: products.json, two layout files that both define
 // "main", one without "layouts", one that does not parse, and a folder among the layouts.

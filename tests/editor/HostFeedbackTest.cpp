@@ -1,8 +1,8 @@
 #include "EditorFixture.h"
 #include "EditorHost.h"
+#include "FolderFiles.h"
 
 #include <QDirIterator>
-#include <QFileInfo>
 #include <QStatusBar>
 
 // The desktop program's window over files on disk.
@@ -14,15 +14,8 @@ class HostFeedbackTest : public QObject
 
     QString copyExample()
     {
-        const QString target = m_dir.filePath("defs");
-        QDirIterator it(PE_SOURCE_DIR "/examples/definitions", QDir::Files, QDirIterator::Subdirectories);
-        while (it.hasNext()) {
-            const QString file = it.next();
-            const QString to = target + file.mid(QStringLiteral(PE_SOURCE_DIR "/examples/definitions").size());
-            QDir().mkpath(QFileInfo(to).absolutePath());
-            QFile::copy(file, to);
-        }
-        return target;
+        WriteFolderFiles(m_dir.filePath("defs"), ReadFolderFiles(PE_SOURCE_DIR "/examples/definitions"));
+        return m_dir.filePath("defs");
     }
     static QMap<QString, QDateTime> times(const QString &root)
     {

@@ -1,3 +1,4 @@
+#include "TestHelpers.h"
 #include "MemoryFolder.h"
 
 #include "json/DefinitionMerge.h"
@@ -15,16 +16,6 @@
 using namespace ProductEditor;
 
 namespace {
-
-QJsonObject Obj(const QByteArray &json)
-{
-    return QJsonDocument::fromJson(json).object();
-}
-
-QString Compact(const QJsonObject &object)
-{
-    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
-}
 
 // Each conflict as "path: base | ours | theirs".
 QStringList ConflictTexts(const QVector<JsonMergeConflict> &conflicts)

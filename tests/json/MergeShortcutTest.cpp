@@ -2,6 +2,7 @@
 // already canonical without regenerating it, and merging only the records that differ.
 // Both must give exactly what regenerating and merging everything gives.
 
+#include "TestHelpers.h"
 #include "json/CanonicalMergedDocument.h"
 #include "json/DefinitionMerge.h"
 #include "json/KeyedArrays.h"
@@ -17,11 +18,6 @@
 using namespace ProductEditor;
 
 namespace {
-
-QJsonObject Obj(const QByteArray &json)
-{
-    return QJsonDocument::fromJson(json).object();
-}
 
 // Small products documents in which every rule of the canonical form can be broken:
 // few ids (so they repeat and go missing), default values written out, names unsorted.

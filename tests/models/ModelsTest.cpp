@@ -1,5 +1,6 @@
 // The store table models, the check-mark models, the filters and the facade that wires them.
 #include "MemoryFolder.h"
+#include "TestHelpers.h"
 #include "models/ExtensionsBaseModel.h"
 #include "models/ExtensionsLicenseModel.h"
 #include "models/FeatureProductsModel.h"
@@ -89,14 +90,6 @@ QString Emissions(const QSignalSpy &spy)
     return emissions.join(';');
 }
 
-// Set order is free: sort.
-QString SortedJoin(const QSet<QString> &set)
-{
-    QStringList parts(set.begin(), set.end());
-    parts.sort();
-    return parts.join(',');
-}
-
 
 } // namespace
 
@@ -175,7 +168,7 @@ private slots:
         QCOMPARE(table->setData(table->index(r, column), value), !row.isEmpty());
         QCOMPARE(Text(*table, Qt::DisplayRole, -1, r), row.isEmpty() ? before : row);
         QCOMPARE(Emissions(changed), row.isEmpty() ? "" : QString("%1,%2 %1,%2 []").arg(r).arg(column));
-        QCOMPARE(SortedJoin(store().GetFeatures().value("Open").productIds), "Base"); // a renamed product is not followed
+        QCOMPARE(Sorted(store().GetFeatures().value("Open").productIds), "Base"); // a renamed product is not followed
     }
 
     // A rename is a removal and an insertion; the change is reported at the old row.
@@ -249,7 +242,7 @@ private slots:
         QCOMPARE(Emissions(removed), QString("- %1 %1").arg(row));
         QCOMPARE(Text(*table, Qt::DisplayRole, model == 2 ? 1 : 0), ids);
         // The store drops the references to a removed product or extension.
-        QCOMPARE(SortedJoin(store().GetFeatures().value("exit").productIds), model == 2 ? "Base2" : "Base2,ab");
+        QCOMPARE(Sorted(store().GetFeatures().value("exit").productIds), model == 2 ? "Base2" : "Base2,ab");
     }
 
     void storeChangesResetTheTables()
@@ -314,7 +307,7 @@ private slots:
         QVERIFY(!model.setData(model.index(0, 1), true) && !model.setData(model.index(0, 2), true, Qt::DisplayRole));
         QCOMPARE(Emissions(changed), QStringLiteral("0,0 3,3 [];2,3 2,3 [];0,2 0,2 []"));
         const ExtensionInfo &stl = store().GetExtensions()["stl"];
-        QCOMPARE(SortedJoin(stl.importLicenses) + '/' + SortedJoin(stl.exportLicenses), QStringLiteral("2/B"));
+        QCOMPARE(Sorted(stl.importLicenses) + '/' + Sorted(stl.exportLicenses), QStringLiteral("2/B"));
     }
 
     // Marks per row as "feature|product|-"; layout names black where the product offers them.
@@ -330,7 +323,7 @@ private slots:
         QCOMPARE(Text(*m_featureProducts, Qt::UserRole, 0) + '/' + Text(*m_featureProducts, Qt::ForegroundRole, 1),
                  "true,true,false/black,black,gray");
         QVERIFY(m_featureProducts->setData(m_featureProducts->index(2, 0), true) && m_featureProducts->setData(m_featureProducts->index(0, 0), false));
-        QCOMPARE(SortedJoin(store().GetFeatures().value("save").productIds), QStringLiteral("Base2,ab"));
+        QCOMPARE(Sorted(store().GetFeatures().value("save").productIds), QStringLiteral("Base2,ab"));
         m_model->SelectProduct(QStringLiteral("Base"));
         QCOMPARE(Text(*m_productLayouts, Qt::UserRole) + '/' + Text(*m_productLayouts, Qt::ForegroundRole, 2),
                  "false|true|-;true|false|-/black,gray");
@@ -340,8 +333,8 @@ private slots:
         QCOMPARE(Emissions(changed), QStringLiteral("0,0 1,2 [];1,1 1,1 [];0,0 0,0 []"));
         // Each change repaints the feature's product marks, one past the last row and column (kept).
         QCOMPARE(Emissions(featureProducts), "2,0 2,0 [];0,0 0,0 [];0,0 3,4 [];0,0 3,4 [];0,0 3,4 []");
-        QCOMPARE(SortedJoin(store().GetFeatures().value("save").layoutNames), QStringLiteral("design,print"));
-        QCOMPARE(SortedJoin(store().GetProducts().products.at(0).modes), QStringLiteral("design,print"));
+        QCOMPARE(Sorted(store().GetFeatures().value("save").layoutNames), QStringLiteral("design,print"));
+        QCOMPARE(Sorted(store().GetProducts().products.at(0).modes), QStringLiteral("design,print"));
     }
 
     void productLicenses()

@@ -2,11 +2,12 @@
 // in id order before they enter the map); the records must be those the plain
 // reading gives, entry by entry with the later entry winning.
 
+#include "FolderFiles.h"
 #include "MemoryFolder.h"
+#include "TestHelpers.h"
 #include "SyntheticFolder.h"
 #include "store/VantixJsonData.h"
 
-#include <QDirIterator>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTest>
@@ -16,13 +17,6 @@
 using namespace ProductEditor;
 
 namespace {
-
-QString Sorted(const QSet<QString> &set)
-{
-    QStringList list(set.cbegin(), set.cend());
-    list.sort();
-    return list.join(',');
-}
 
 QString Describe(const VantixFeatureData &f)
 {
@@ -177,14 +171,9 @@ private slots:
         QFETCH(QString, source);
         MemoryFolder folder;
         if (source == "example") {
-            const QString root = PE_SOURCE_DIR "/examples/definitions";
-            QDirIterator it(root, QDir::Files, QDirIterator::Subdirectories);
-            while (it.hasNext()) {
-                const QString path = it.next();
-                QFile file(path);
-                QVERIFY(file.open(QIODevice::ReadOnly));
-                folder.addFile(QDir(root).relativeFilePath(path), file.readAll());
-            }
+            const FolderFiles files = ReadFolderFiles(PE_SOURCE_DIR "/examples/definitions");
+            for (auto it = files.cbegin(); it != files.cend(); ++it)
+                folder.addFile(it.key(), it.value());
         } else if (source == "repeats") {
             folder.addFile("products/products.json", R"({"features": {"feature": [
                 {"id": "b", "title": "B1"}, {"id": "a", "title": "A1"}, {"id": "b", "title": "B2", "visual": false},

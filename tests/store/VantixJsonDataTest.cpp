@@ -1,4 +1,5 @@
 #include "MemoryFolder.h"
+#include "TestHelpers.h"
 #include "store/VantixJsonData.h"
 
 #include <QJsonArray>
@@ -11,18 +12,6 @@
 using namespace ProductEditor;
 
 namespace {
-
-QJsonObject Object(const QByteArray &bytes)
-{
-    return QJsonDocument::fromJson(bytes).object();
-}
-
-QString Sorted(const QSet<QString> &set)
-{
-    QStringList list(set.cbegin(), set.cend());
-    list.sort();
-    return list.join(',');
-}
 
 const char *kProducts = R"({"top": {"kept": true},
   "extensions": {"other": "kept",
@@ -150,19 +139,19 @@ private slots:
         const QJsonObject features = result.take("features").toObject();
         const QJsonObject productsObject = result.take("products").toObject();
         const QJsonArray products = productsObject["product"].toArray();
-        QVERIFY(productsObject.size() == 1 && result == Object(R"({"top": {"kept": true}})")); // "dropped" is gone
+        QVERIFY(productsObject.size() == 1 && result == Obj(R"({"top": {"kept": true}})")); // "dropped" is gone
         QCOMPARE(extensions["other"].toString() + extensions["lic_coveradge"].toObject()["note"].toString(), "keptkept");
-        QCOMPARE(extensions["extension"].toArray()[2].toObject(), Object(R"({"id": "stl", "title": "STL", "ext": ".stl",
+        QCOMPARE(extensions["extension"].toArray()[2].toObject(), Obj(R"({"id": "stl", "title": "STL", "ext": ".stl",
             "cad_support": false, "load_as_part": true, "multiple_parts_support": false, "slices_support": false})"));
-        QCOMPARE(extensions["lic_coveradge"].toObject()["export"].toArray(), Object(R"({"a": [
+        QCOMPARE(extensions["lic_coveradge"].toObject()["export"].toArray(), Obj(R"({"a": [
             {"id": "only_in_coverage", "lic": ["C"]}, {"id": "stl", "lic": ["A", "B"]}]})")["a"].toArray());
-        QCOMPARE(features, Object(R"({"kept": [1], "feature": [{"id": ""}, {"id": "ghost"},
+        QCOMPARE(features, Obj(R"({"kept": [1], "feature": [{"id": ""}, {"id": "ghost"},
             {"id": "open", "title": "Open again"}, {"id": "save", "visual": false, "emergency": true}]})"));
-        QCOMPARE(products[0].toObject(), Object(R"({"id": "pro", "profile_suffix": "_pro", "modes": ["design", "print"],
+        QCOMPARE(products[0].toObject(), Obj(R"({"id": "pro", "profile_suffix": "_pro", "modes": ["design", "print"],
           "licensing": {"base": "Base", "specific": [{"id": "open", "licenses": ["S1", "S2", "S3"]}]},
           "extensions": {"export": [], "export_as_project": [], "import": ["obj", "stl"], "import_as_project": [],
                          "export_as_scene": [], "open": ["stl"]}, "features": ["open", "save"]})"));
-        QCOMPARE(m_store->GetLayoutsResultJsons().value("design"), Object(R"({"features": ["open"], "extensions": {"export": ["stl"],
+        QCOMPARE(m_store->GetLayoutsResultJsons().value("design"), Obj(R"({"features": ["open"], "extensions": {"export": ["stl"],
           "export_as_project": [], "import": [], "import_as_project": [], "export_as_scene": [], "open": []}})"));
     }
 
@@ -173,7 +162,7 @@ private slots:
         QVERIFY(QFileInfo(target.path("products")).isDir() && QFileInfo(target.path("layouts")).isDir());
         QVERIFY(m_folder->written.size() == 3 && m_folder->written.contains(target.path("layouts/b.json")));
         QVERIFY(m_folder->written.value(target.path("products/products.json")).startsWith("{\n    \"extensions\": {\n"));
-        QCOMPARE(Object(m_folder->written.value(target.path("layouts/a.json")))["layouts"].toObject().keys(),
+        QCOMPARE(Obj(m_folder->written.value(target.path("layouts/a.json")))["layouts"].toObject().keys(),
                  QStringList({"design", "print"}));
         // The store keeps its own folder.
         m_folder->written.clear();
