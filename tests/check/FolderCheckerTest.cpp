@@ -24,124 +24,116 @@ class FolderCheckerTest : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void planted_data();
-    void planted();
-    void nothingElse();
-    void liveMatchesCheck();
+    void initTestCase()
+    {
+        m_root = m_dir.filePath("defs");
+        WritePlantedFolder(m_root);
+        Write(m_dir.filePath("lic.json"), R"({"Base": "B"})");
+        // The loader visits the files in listing order, which the file system decides.
+        for (const QFileInfo &file : QDir(m_root + "/layouts").entryInfoList(QDir::Files, QDir::Unsorted)) {
+            if (file.fileName() == "a.json" || file.fileName() == "b.json")
+                m_laterLayout = file.fileName();
+        }
+    }
+
+    void planted_data()
+    {
+        QTest::addColumn<QString>("code");
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<int>("line");
+        QTest::addColumn<int>("column");
+        QTest::addColumn<QString>("path");
+
+        const QString P = "products/products.json";
+        const auto row = [&](const char *code, const QString &file, const QByteArray &bytes, int line,
+                             const QByteArray &token, const QString &path) {
+            QTest::addRow("%s %s %s", code, qPrintable(file), qPrintable(path)) << code << file << line << ColumnOf(bytes, line, token) << path;
+        };
+        row("PE001", P, kProducts, 14, "\"ghost\"", "$.products.product[0].features[1]");
+        row("PE001", "layouts/a.json", kLayoutA, 1, "\"ghost2\"", "$.layouts.main.features[0]");
+        row("PE002", P, kProducts, 11, "\"id\"", "$.features.feature[1].id");
+        row("PE003", P, kProducts, 5, "\"id\"", "$.extensions.extension[1].id");
+        row("PE004", P, kProducts, 15, "\"id\"", "$.products.product[1].id");
+        row("PE005", P, kProducts, 14, "\"nomode\"", "$.products.product[0].modes[1]");
+        row("PE006", P, kProducts, 14, "\"id\": \"nofeat\"", "$.products.product[0].licensing.specific[0].id");
+        row("PE007", P, kProducts, 7, "\"id\"", "$.extensions.lic_coveradge.import[0].id");
+        row("PE007", P, kProducts, 14, "\"nope\"", "$.products.product[0].extensions.open[0]");
+        row("PE008", P, kProducts, 7, "\"Imp\"", "$.extensions.lic_coveradge.import[0].lic[0]");
+        row("PE009", P, kProducts, 4, "\"colour\"", "$.extensions.extension[0].colour");
+        row("PE009", P, kProducts, 17, "\"extra\"", "$.products.extra");
+        row("PE009", "layouts/b.json", kLayoutB, 1, "\"x\"", "$.x");
+        row("PE010", P, kProducts, 5, "\"cad_support\"", "$.extensions.extension[1].cad_support");
+        row("PE010", P, kProducts, 10, "\"visual\"", "$.features.feature[0].visual");
+        QTest::newRow("PE011 parse error") << "PE011" << "layouts/bad.json" << 2 << 10 << "$";
+        row("PE011", "layouts/none.json", kNoLayouts, 1, "{", "$");
+        QTest::newRow("PE012") << "PE012" << "layouts/sub" << 1 << 1 << "$";
+        const QByteArray earlier = m_laterLayout == "a.json" ? kLayoutB : kLayoutA;
+        row("PE013", "layouts/" + QString(m_laterLayout == "a.json" ? "b.json" : "a.json"), earlier, 1, "\"main\"",
+            "$.layouts.main");
+        row("PE015", P, kProducts, 15, "\"modes\"", "$.products.product[1].modes");
+        // Where a save first changes each file: the canonical form indents by four spaces.
+        row("PE014", P, kProducts, 2, "\"extensions\"", "$");
+        row("PE014", "layouts/a.json", kLayoutA, 1, "\"layouts\"", "$");
+        row("PE014", "layouts/b.json", kLayoutB, 1, "\"layouts\"", "$");
+    }
+
+    void planted()
+    {
+        QFETCH(QString, code);
+        QFETCH(QString, file);
+        QFETCH(int, line);
+        QFETCH(int, column);
+        QFETCH(QString, path);
+
+        const CheckResult result = CheckPlanted();
+        QVERIFY(result.store);
+        QStringList found;
+        for (const Diagnostic &diagnostic : result.diagnostics) {
+            if (diagnostic.code == code && diagnostic.file == m_root + "/" + file && diagnostic.path == path
+                && diagnostic.line == line) {
+                QCOMPARE(diagnostic.column, column);
+                QCOMPARE(diagnostic.severity, Diagnostic::Severity::Warning);
+                QVERIFY(!diagnostic.message.isEmpty());
+                return;
+            }
+            found << QString("%1 %2:%3:%4 %5").arg(diagnostic.code, diagnostic.file).arg(diagnostic.line).arg(diagnostic.column).arg(diagnostic.path);
+        }
+        QFAIL(qPrintable("not found among:\n" + found.join('\n')));
+    }
+
+    // Every diagnostic is one of the planted ones.
+    void nothingElse()
+    {
+        QCOMPARE(CheckPlanted().diagnostics.size(), 23);
+    }
+
+    // The window's findings of a folder just loaded are the command line's, place for place.
+    void liveMatchesCheck()
+    {
+        CheckResult checked = CheckPlanted();
+        QVERIFY(checked.store);
+        const LiveFindings live = LiveFindings::Run(&Read, m_root, RecordsSnapshot::Take(*checked.store),
+                                                    checked.store->GetLayoutFiles(), nullptr);
+        const auto text = [](const Diagnostics &diagnostics) {
+            QStringList lines;
+            for (const Diagnostic &d : diagnostics)
+                lines << QString("%1 %2:%3:%4 %5 %6").arg(d.code, d.file).arg(d.line).arg(d.column).arg(d.path, d.message);
+            return lines;
+        };
+        QCOMPARE(text(live.all), text(checked.diagnostics));
+    }
 
 private:
-    CheckResult CheckPlanted();
+    CheckResult CheckPlanted()
+    {
+        FolderChecker checker(&Read, m_dir.filePath("lic.json"));
+        return checker.Check(m_root);
+    }
 
     QTemporaryDir m_dir;
     QString m_root;
     QString m_laterLayout; // of a.json and b.json, the one the loader reads last
 };
-
-void FolderCheckerTest::initTestCase()
-{
-    m_root = m_dir.filePath("defs");
-    WritePlantedFolder(m_root);
-    Write(m_dir.filePath("lic.json"), R"({"Base": "B"})");
-    // The loader visits the files in listing order, which the file system decides.
-    for (const QFileInfo &file : QDir(m_root + "/layouts").entryInfoList(QDir::Files, QDir::Unsorted)) {
-        if (file.fileName() == "a.json" || file.fileName() == "b.json")
-            m_laterLayout = file.fileName();
-    }
-}
-
-CheckResult FolderCheckerTest::CheckPlanted()
-{
-    FolderChecker checker(&Read, m_dir.filePath("lic.json"));
-    return checker.Check(m_root);
-}
-
-void FolderCheckerTest::planted_data()
-{
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<int>("line");
-    QTest::addColumn<int>("column");
-    QTest::addColumn<QString>("path");
-
-    const QString P = "products/products.json";
-    const auto row = [&](const char *code, const QString &file, const QByteArray &bytes, int line,
-                         const QByteArray &token, const QString &path) {
-        QTest::addRow("%s %s %s", code, qPrintable(file), qPrintable(path)) << code << file << line << ColumnOf(bytes, line, token) << path;
-    };
-    row("PE001", P, kProducts, 14, "\"ghost\"", "$.products.product[0].features[1]");
-    row("PE001", "layouts/a.json", kLayoutA, 1, "\"ghost2\"", "$.layouts.main.features[0]");
-    row("PE002", P, kProducts, 11, "\"id\"", "$.features.feature[1].id");
-    row("PE003", P, kProducts, 5, "\"id\"", "$.extensions.extension[1].id");
-    row("PE004", P, kProducts, 15, "\"id\"", "$.products.product[1].id");
-    row("PE005", P, kProducts, 14, "\"nomode\"", "$.products.product[0].modes[1]");
-    row("PE006", P, kProducts, 14, "\"id\": \"nofeat\"", "$.products.product[0].licensing.specific[0].id");
-    row("PE007", P, kProducts, 7, "\"id\"", "$.extensions.lic_coveradge.import[0].id");
-    row("PE007", P, kProducts, 14, "\"nope\"", "$.products.product[0].extensions.open[0]");
-    row("PE008", P, kProducts, 7, "\"Imp\"", "$.extensions.lic_coveradge.import[0].lic[0]");
-    row("PE009", P, kProducts, 4, "\"colour\"", "$.extensions.extension[0].colour");
-    row("PE009", P, kProducts, 17, "\"extra\"", "$.products.extra");
-    row("PE009", "layouts/b.json", kLayoutB, 1, "\"x\"", "$.x");
-    row("PE010", P, kProducts, 5, "\"cad_support\"", "$.extensions.extension[1].cad_support");
-    row("PE010", P, kProducts, 10, "\"visual\"", "$.features.feature[0].visual");
-    QTest::newRow("PE011 parse error") << "PE011" << "layouts/bad.json" << 2 << 10 << "$";
-    row("PE011", "layouts/none.json", kNoLayouts, 1, "{", "$");
-    QTest::newRow("PE012") << "PE012" << "layouts/sub" << 1 << 1 << "$";
-    const QByteArray earlier = m_laterLayout == "a.json" ? kLayoutB : kLayoutA;
-    row("PE013", "layouts/" + QString(m_laterLayout == "a.json" ? "b.json" : "a.json"), earlier, 1, "\"main\"",
-        "$.layouts.main");
-    row("PE015", P, kProducts, 15, "\"modes\"", "$.products.product[1].modes");
-    // Where a save first changes each file: the canonical form indents by four spaces.
-    row("PE014", P, kProducts, 2, "\"extensions\"", "$");
-    row("PE014", "layouts/a.json", kLayoutA, 1, "\"layouts\"", "$");
-    row("PE014", "layouts/b.json", kLayoutB, 1, "\"layouts\"", "$");
-}
-
-void FolderCheckerTest::planted()
-{
-    QFETCH(QString, code);
-    QFETCH(QString, file);
-    QFETCH(int, line);
-    QFETCH(int, column);
-    QFETCH(QString, path);
-
-    const CheckResult result = CheckPlanted();
-    QVERIFY(result.store);
-    QStringList found;
-    for (const Diagnostic &diagnostic : result.diagnostics) {
-        if (diagnostic.code == code && diagnostic.file == m_root + "/" + file && diagnostic.path == path
-            && diagnostic.line == line) {
-            QCOMPARE(diagnostic.column, column);
-            QCOMPARE(diagnostic.severity, Diagnostic::Severity::Warning);
-            QVERIFY(!diagnostic.message.isEmpty());
-            return;
-        }
-        found << QString("%1 %2:%3:%4 %5").arg(diagnostic.code, diagnostic.file).arg(diagnostic.line).arg(diagnostic.column).arg(diagnostic.path);
-    }
-    QFAIL(qPrintable("not found among:\n" + found.join('\n')));
-}
-
-// Every diagnostic is one of the planted ones.
-void FolderCheckerTest::nothingElse()
-{
-    QCOMPARE(CheckPlanted().diagnostics.size(), 23);
-}
-
-// The window's findings of a folder just loaded are the command line's, place for place.
-void FolderCheckerTest::liveMatchesCheck()
-{
-    CheckResult checked = CheckPlanted();
-    QVERIFY(checked.store);
-    const LiveFindings live = LiveFindings::Run(&Read, m_root, RecordsSnapshot::Take(*checked.store),
-                                                checked.store->GetLayoutFiles(), nullptr);
-    const auto text = [](const Diagnostics &diagnostics) {
-        QStringList lines;
-        for (const Diagnostic &d : diagnostics)
-            lines << QString("%1 %2:%3:%4 %5 %6").arg(d.code, d.file).arg(d.line).arg(d.column).arg(d.path, d.message);
-        return lines;
-    };
-    QCOMPARE(text(live.all), text(checked.diagnostics));
-}
 
 QTEST_MAIN(FolderCheckerTest)
 #include "FolderCheckerTest.moc"

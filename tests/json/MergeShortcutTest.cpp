@@ -163,152 +163,145 @@ class MergeShortcutTest : public QObject
     Q_OBJECT
 
 private slots:
-    void checkRefusesWhatRegenerationWouldChange_data();
-    void checkRefusesWhatRegenerationWouldChange();
-    void checkAgreesWithRegeneration();
-    void mergeOfChangedRecordsEqualsWholeMerge();
-    void recordsThatMustStayInTheMerge_data();
-    void recordsThatMustStayInTheMerge();
-};
+    void checkRefusesWhatRegenerationWouldChange_data()
+    {
+        QTest::addColumn<QByteArray>("from");
+        QTest::addColumn<QByteArray>("to");
 
-void MergeShortcutTest::checkRefusesWhatRegenerationWouldChange_data()
-{
-    QTest::addColumn<QByteArray>("from");
-    QTest::addColumn<QByteArray>("to");
-
-    QTest::newRow("a default written out") << QByteArray(R"("id": "b")") << QByteArray(R"("id": "b", "visual": true)");
-    QTest::newRow("an empty title") << QByteArray(R"("id": "b")") << QByteArray(R"("id": "b", "title": "")");
-    QTest::newRow("features out of order") << QByteArray(R"("id": "b")") << QByteArray(R"("id": "0")");
-    QTest::newRow("a feature id twice") << QByteArray(R"("id": "b")") << QByteArray(R"("id": "a")");
-    QTest::newRow("a product naming a missing feature") << QByteArray(R"(["a", "b"])") << QByteArray(R"(["a", "z"])");
-    QTest::newRow("product features out of order") << QByteArray(R"(["a", "b"])") << QByteArray(R"(["b", "a"])");
-    QTest::newRow("modes repeated") << QByteArray(R"("modes": ["m"])") << QByteArray(R"("modes": ["m", "m"])");
-    QTest::newRow("a product member missing") << QByteArray(R"("profile_suffix": "", )") << QByteArray();
-    QTest::newRow("a product id twice") << QByteArray(R"("id": "q")") << QByteArray(R"("id": "p")");
-    QTest::newRow("coverage for an unknown extension") << QByteArray(R"("id": "e", "lic")") << QByteArray(R"("id": "z", "lic")");
-    QTest::newRow("coverage without licenses") << QByteArray(R"(["l"])") << QByteArray("[]");
-    QTest::newRow("an extension flag that is no boolean") << QByteArray(R"("cad_support": false)")
-                                                         << QByteArray(R"("cad_support": 0)");
-}
-
-void MergeShortcutTest::checkRefusesWhatRegenerationWouldChange()
-{
-    QFETCH(QByteArray, from);
-    QFETCH(QByteArray, to);
-    const QByteArray canonical = R"({"extensions": {"extension": [{"id": "e", "cad_support": false, "ext": "",
-        "load_as_part": false, "multiple_parts_support": false, "slices_support": false, "title": ""}],
-        "lic_coveradge": {"export": [{"id": "e", "lic": ["l"]}], "import": []}},
-        "features": {"feature": [{"id": "a"}, {"id": "b"}]},
-        "products": {"product": [{"id": "p", "profile_suffix": "", "modes": ["m"], "features": ["a", "b"],
-        "licensing": {"base": "", "specific": []}, "extensions": {"export": [], "export_as_project": [],
-        "export_as_scene": [], "import": [], "import_as_project": [], "open": []}},
-        {"id": "q", "profile_suffix": "", "modes": [], "features": [], "licensing": {"base": "", "specific": []},
-        "extensions": {"export": [], "export_as_project": [], "export_as_scene": [], "import": [],
-        "import_as_project": [], "open": []}}]}})";
-    QVERIFY(IsCanonicalProductsDocument(Obj(canonical)));
-    QCOMPARE(CanonicalDocument::RegeneratedObject(Obj(canonical)), Obj(canonical));
-    QByteArray broken = canonical;
-    QVERIFY(broken.contains(from));
-    const QJsonObject document = Obj(broken.replace(broken.indexOf(from), from.size(), to));
-    QVERIFY(!document.isEmpty());
-    QVERIFY(CanonicalDocument::RegeneratedObject(document) != document);
-    QVERIFY(!IsCanonicalProductsDocument(document));
-}
-
-// Never yes where regeneration changes the document; yes for what it makes, unless a
-// product id repeats.
-void MergeShortcutTest::checkAgreesWithRegeneration()
-{
-    int accepted = 0;
-    for (quint32 seed = 1; seed <= 300; ++seed) {
-        RandomDefinitions random(seed);
-        const QJsonObject document = random.Edited(random.Document());
-        const QJsonObject regenerated = CanonicalDocument::RegeneratedObject(document);
-        if (IsCanonicalProductsDocument(document)) {
-            QCOMPARE(regenerated, document);
-            ++accepted;
-        }
-        QSet<QString> ids;
-        const QJsonArray products = regenerated.value("products").toObject().value("product").toArray();
-        for (const QJsonValue product : products)
-            ids.insert(product.toObject().value("id").toString());
-        if (ids.size() == products.size())
-            QVERIFY2(IsCanonicalProductsDocument(regenerated), qPrintable(QString::number(seed)));
+        QTest::newRow("a default written out") << QByteArray(R"("id": "b")") << QByteArray(R"("id": "b", "visual": true)");
+        QTest::newRow("an empty title") << QByteArray(R"("id": "b")") << QByteArray(R"("id": "b", "title": "")");
+        QTest::newRow("features out of order") << QByteArray(R"("id": "b")") << QByteArray(R"("id": "0")");
+        QTest::newRow("a feature id twice") << QByteArray(R"("id": "b")") << QByteArray(R"("id": "a")");
+        QTest::newRow("a product naming a missing feature") << QByteArray(R"(["a", "b"])") << QByteArray(R"(["a", "z"])");
+        QTest::newRow("product features out of order") << QByteArray(R"(["a", "b"])") << QByteArray(R"(["b", "a"])");
+        QTest::newRow("modes repeated") << QByteArray(R"("modes": ["m"])") << QByteArray(R"("modes": ["m", "m"])");
+        QTest::newRow("a product member missing") << QByteArray(R"("profile_suffix": "", )") << QByteArray();
+        QTest::newRow("a product id twice") << QByteArray(R"("id": "q")") << QByteArray(R"("id": "p")");
+        QTest::newRow("coverage for an unknown extension") << QByteArray(R"("id": "e", "lic")") << QByteArray(R"("id": "z", "lic")");
+        QTest::newRow("coverage without licenses") << QByteArray(R"(["l"])") << QByteArray("[]");
+        QTest::newRow("an extension flag that is no boolean") << QByteArray(R"("cad_support": false)")
+                                                             << QByteArray(R"("cad_support": 0)");
     }
-    QVERIFY(accepted > 100);
-}
 
-// Random versions, mostly canonical, with overlapping edits: the result, conflicts
-// included, is what the long way gives; and where all versions are canonical, the
-// records no version changed are set aside.
-void MergeShortcutTest::mergeOfChangedRecordsEqualsWholeMerge()
-{
-    int setAside = 0;
-    for (quint32 seed = 1; seed <= 2000; ++seed) {
-        RandomDefinitions random(seed);
-        const QJsonObject base = random.Document();
-        const QJsonObject ours = random.Edited(base);
-        const QJsonObject theirs = random.Edited(base);
-        const DefinitionMergeResult expected = WholeMerge(base, ours, theirs);
-        const DefinitionMergeResult result = MergeDefinitionDocuments(Bytes(base), Bytes(ours), Bytes(theirs));
-        QVERIFY2(result.bytes == expected.bytes, qPrintable(QString::number(seed)));
+    void checkRefusesWhatRegenerationWouldChange()
+    {
+        QFETCH(QByteArray, from);
+        QFETCH(QByteArray, to);
+        const QByteArray canonical = R"({"extensions": {"extension": [{"id": "e", "cad_support": false, "ext": "",
+            "load_as_part": false, "multiple_parts_support": false, "slices_support": false, "title": ""}],
+            "lic_coveradge": {"export": [{"id": "e", "lic": ["l"]}], "import": []}},
+            "features": {"feature": [{"id": "a"}, {"id": "b"}]},
+            "products": {"product": [{"id": "p", "profile_suffix": "", "modes": ["m"], "features": ["a", "b"],
+            "licensing": {"base": "", "specific": []}, "extensions": {"export": [], "export_as_project": [],
+            "export_as_scene": [], "import": [], "import_as_project": [], "open": []}},
+            {"id": "q", "profile_suffix": "", "modes": [], "features": [], "licensing": {"base": "", "specific": []},
+            "extensions": {"export": [], "export_as_project": [], "export_as_scene": [], "import": [],
+            "import_as_project": [], "open": []}}]}})";
+        QVERIFY(IsCanonicalProductsDocument(Obj(canonical)));
+        QCOMPARE(CanonicalDocument::RegeneratedObject(Obj(canonical)), Obj(canonical));
+        QByteArray broken = canonical;
+        QVERIFY(broken.contains(from));
+        const QJsonObject document = Obj(broken.replace(broken.indexOf(from), from.size(), to));
+        QVERIFY(!document.isEmpty());
+        QVERIFY(CanonicalDocument::RegeneratedObject(document) != document);
+        QVERIFY(!IsCanonicalProductsDocument(document));
+    }
+
+    // Never yes where regeneration changes the document; yes for what it makes, unless a
+    // product id repeats.
+    void checkAgreesWithRegeneration()
+    {
+        int accepted = 0;
+        for (quint32 seed = 1; seed <= 300; ++seed) {
+            RandomDefinitions random(seed);
+            const QJsonObject document = random.Edited(random.Document());
+            const QJsonObject regenerated = CanonicalDocument::RegeneratedObject(document);
+            if (IsCanonicalProductsDocument(document)) {
+                QCOMPARE(regenerated, document);
+                ++accepted;
+            }
+            QSet<QString> ids;
+            const QJsonArray products = regenerated.value("products").toObject().value("product").toArray();
+            for (const QJsonValue product : products)
+                ids.insert(product.toObject().value("id").toString());
+            if (ids.size() == products.size())
+                QVERIFY2(IsCanonicalProductsDocument(regenerated), qPrintable(QString::number(seed)));
+        }
+        QVERIFY(accepted > 100);
+    }
+
+    // Random versions, mostly canonical, with overlapping edits: the result, conflicts
+    // included, is what the long way gives; and where all versions are canonical, the
+    // records no version changed are set aside.
+    void mergeOfChangedRecordsEqualsWholeMerge()
+    {
+        int setAside = 0;
+        for (quint32 seed = 1; seed <= 2000; ++seed) {
+            RandomDefinitions random(seed);
+            const QJsonObject base = random.Document();
+            const QJsonObject ours = random.Edited(base);
+            const QJsonObject theirs = random.Edited(base);
+            const DefinitionMergeResult expected = WholeMerge(base, ours, theirs);
+            const DefinitionMergeResult result = MergeDefinitionDocuments(Bytes(base), Bytes(ours), Bytes(theirs));
+            QVERIFY2(result.bytes == expected.bytes, qPrintable(QString::number(seed)));
+            QCOMPARE(Paths(result.conflicts), Paths(expected.conflicts));
+
+            UnchangedEntries unchanged;
+            if (IsCanonicalProductsDocument(base) && IsCanonicalProductsDocument(ours)
+                && IsCanonicalProductsDocument(theirs)) {
+                QVERIFY(unchanged.Find(base, ours, theirs));
+                setAside += unchanged.Without(UnchangedEntries::Ours, ours) != ours;
+            }
+        }
+        QVERIFY(setAside > 100);
+    }
+
+    // Records that look unchanged but whose versions regenerate differently around them.
+    void recordsThatMustStayInTheMerge_data()
+    {
+        QTest::addColumn<QByteArray>("base");
+        QTest::addColumn<QByteArray>("ours");
+        QTest::addColumn<QByteArray>("theirs");
+        QTest::addColumn<bool>("canonical"); // the inputs regenerated first
+
+        const auto doc = [](const char *features, const char *products, const char *extensions = "") {
+            return QByteArray(R"({"features": {"feature": [)") + features + R"(]}, "products": {"product": [)" + products
+                + R"(]}, "extensions": {)" + extensions + "}}";
+        };
+        // In canonical form, so that only theirs, which names a feature it lacks, is not.
+        const char *named = R"({"id": "p", "features": ["a", "b"], "modes": [], "profile_suffix": "",
+            "licensing": {"base": "", "specific": []}, "extensions": {"export": [], "export_as_project": [],
+            "export_as_scene": [], "import": [], "import_as_project": [], "open": []}})";
+        QTest::newRow("a named feature removed on one side, changed on the other")
+            << doc(R"({"id": "a"}, {"id": "b", "title": "B"})", named)
+            << doc(R"({"id": "a"}, {"id": "b", "title": "B2", "tooltip": "T"})", named) << doc(R"({"id": "a"})", named)
+            << false;
+        QTest::newRow("coverage of an extension one version lacks")
+            << doc("", "", R"("lic_coveradge": {"export": [{"id": "e", "lic": ["l"]}]})")
+            << doc("", "", R"("extension": [{"id": "e", "title": ""}], "lic_coveradge": {"export": [{"id": "e", "lic": ["l"]}]})")
+            << doc("", "", R"("extension": [{"id": "e", "title": "E"}], "lic_coveradge": {"export": [{"id": "e", "lic": ["l"]}]})")
+            << false;
+        QTest::newRow("products taken whole from theirs") << doc("", R"({"id": "p"}, {"id": "q"}, {"id": "r"})")
+                                                          << doc("", R"({"id": "p"}, {"id": "q"}, {"id": "r"})")
+                                                          << doc("", R"({"id": "p"}, {"id": "s"}, {"id": "r"})") << true;
+    }
+
+    void recordsThatMustStayInTheMerge()
+    {
+        QFETCH(QByteArray, base);
+        QFETCH(QByteArray, ours);
+        QFETCH(QByteArray, theirs);
+        QFETCH(bool, canonical);
+        for (QByteArray *version : {&base, &ours, &theirs}) {
+            if (canonical)
+                *version = Bytes(CanonicalDocument::RegeneratedObject(Obj(*version)));
+        }
+        const DefinitionMergeResult expected = WholeMerge(Obj(base), Obj(ours), Obj(theirs));
+        const DefinitionMergeResult result = MergeDefinitionDocuments(base, ours, theirs);
+        QCOMPARE(result.bytes, expected.bytes);
         QCOMPARE(Paths(result.conflicts), Paths(expected.conflicts));
-
-        UnchangedEntries unchanged;
-        if (IsCanonicalProductsDocument(base) && IsCanonicalProductsDocument(ours)
-            && IsCanonicalProductsDocument(theirs)) {
-            QVERIFY(unchanged.Find(base, ours, theirs));
-            setAside += unchanged.Without(UnchangedEntries::Ours, ours) != ours;
-        }
     }
-    QVERIFY(setAside > 100);
-}
-
-// Records that look unchanged but whose versions regenerate differently around them.
-void MergeShortcutTest::recordsThatMustStayInTheMerge_data()
-{
-    QTest::addColumn<QByteArray>("base");
-    QTest::addColumn<QByteArray>("ours");
-    QTest::addColumn<QByteArray>("theirs");
-    QTest::addColumn<bool>("canonical"); // the inputs regenerated first
-
-    const auto doc = [](const char *features, const char *products, const char *extensions = "") {
-        return QByteArray(R"({"features": {"feature": [)") + features + R"(]}, "products": {"product": [)" + products
-            + R"(]}, "extensions": {)" + extensions + "}}";
-    };
-    // In canonical form, so that only theirs, which names a feature it lacks, is not.
-    const char *named = R"({"id": "p", "features": ["a", "b"], "modes": [], "profile_suffix": "",
-        "licensing": {"base": "", "specific": []}, "extensions": {"export": [], "export_as_project": [],
-        "export_as_scene": [], "import": [], "import_as_project": [], "open": []}})";
-    QTest::newRow("a named feature removed on one side, changed on the other")
-        << doc(R"({"id": "a"}, {"id": "b", "title": "B"})", named)
-        << doc(R"({"id": "a"}, {"id": "b", "title": "B2", "tooltip": "T"})", named) << doc(R"({"id": "a"})", named)
-        << false;
-    QTest::newRow("coverage of an extension one version lacks")
-        << doc("", "", R"("lic_coveradge": {"export": [{"id": "e", "lic": ["l"]}]})")
-        << doc("", "", R"("extension": [{"id": "e", "title": ""}], "lic_coveradge": {"export": [{"id": "e", "lic": ["l"]}]})")
-        << doc("", "", R"("extension": [{"id": "e", "title": "E"}], "lic_coveradge": {"export": [{"id": "e", "lic": ["l"]}]})")
-        << false;
-    QTest::newRow("products taken whole from theirs") << doc("", R"({"id": "p"}, {"id": "q"}, {"id": "r"})")
-                                                      << doc("", R"({"id": "p"}, {"id": "q"}, {"id": "r"})")
-                                                      << doc("", R"({"id": "p"}, {"id": "s"}, {"id": "r"})") << true;
-}
-
-void MergeShortcutTest::recordsThatMustStayInTheMerge()
-{
-    QFETCH(QByteArray, base);
-    QFETCH(QByteArray, ours);
-    QFETCH(QByteArray, theirs);
-    QFETCH(bool, canonical);
-    for (QByteArray *version : {&base, &ours, &theirs}) {
-        if (canonical)
-            *version = Bytes(CanonicalDocument::RegeneratedObject(Obj(*version)));
-    }
-    const DefinitionMergeResult expected = WholeMerge(Obj(base), Obj(ours), Obj(theirs));
-    const DefinitionMergeResult result = MergeDefinitionDocuments(base, ours, theirs);
-    QCOMPARE(result.bytes, expected.bytes);
-    QCOMPARE(Paths(result.conflicts), Paths(expected.conflicts));
-}
+};
 
 QTEST_GUILESS_MAIN(MergeShortcutTest)
 #include "MergeShortcutTest.moc"
