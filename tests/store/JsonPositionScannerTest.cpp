@@ -30,11 +30,67 @@ class JsonPositionScannerTest : public QObject
     Q_OBJECT
 
 private slots:
+    // Defined below the class: moc misreads the escapes in its raw strings.
     void positions_data();
-    void positions();
-    void notJson_data();
-    void notJson();
-    void everyPrefix();
+
+    void positions()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QStringList, steps);
+        QFETCH(int, line);
+        QFETCH(int, column);
+        QFETCH(QString, path);
+        QFETCH(QString, text);
+
+        QVERIFY(!QJsonDocument::fromJson(bytes).isNull());
+        const JsonPositionScanner json(bytes);
+        const int node = Walk(json, steps);
+        QCOMPARE(json.line(node), line);
+        QCOMPARE(json.column(node), column);
+        QCOMPARE(json.path(node), path);
+        QCOMPARE(json.kind(node) == JsonPositionScanner::Kind::String ? json.string(node) : json.key(node), text);
+    }
+
+    void notJson_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+
+        for (const char *bytes : {"", "  ", "{", "{\"a\" 1}", "[1,]", "[1 2]", "{\"a\": tru}", "\"open", "{} {}", "]",
+                                  "{\"a\": 1,}", "[\"\\\"]"})
+            QTest::addRow("%s", bytes) << QByteArray(bytes);
+    }
+
+    void notJson()
+    {
+        QFETCH(QByteArray, bytes);
+
+        QVERIFY(QJsonDocument::fromJson(bytes).isNull());
+        const JsonPositionScanner json(bytes);
+        QVERIFY(!json.isValid());
+        QCOMPARE(json.root(), -1);
+        QCOMPARE(json.childCount(0), 0);
+        QCOMPARE(json.member(0, QLatin1String("a")), -1);
+        QCOMPARE(json.line(0), 0);
+        QCOMPARE(json.path(0), QString());
+        QCOMPARE(json.source(0), QByteArray());
+    }
+
+    // Cut anywhere, a document is JSON for the scanner exactly when it is for the parser,
+    // and whatever the scanner keeps of it matches what the parser reads.
+    void everyPrefix()
+    {
+        const QByteArray bytes = "{\"a\": [1, -2.5e3, true, false, null, \"\\u00e9\\\"\"],\n \"b\": {\"c\": {}}, \"d\": []}";
+        for (int length = 0; length <= bytes.size(); ++length) {
+            const QByteArray prefix = bytes.left(length);
+            const QJsonDocument document = QJsonDocument::fromJson(prefix);
+            const JsonPositionScanner json(prefix);
+            QCOMPARE(json.isValid(), !document.isNull());
+            if (json.isValid()) {
+                QCOMPARE(json.childCount(json.root()), document.object().size());
+                QCOMPARE(json.string(Walk(json, {"a", "5"})), document["a"][5].toString());
+            }
+        }
+    }
 };
 
 void JsonPositionScannerTest::positions_data()
@@ -64,65 +120,6 @@ void JsonPositionScannerTest::positions_data()
     QTest::newRow("no such member") << nested << QStringList{"zz"} << 0 << 0 << "" << "";
     QTest::newRow("past the end") << nested << QStringList{"a", "b", "3"} << 0 << 0 << "" << "";
     QTest::newRow("into a number") << nested << QStringList{"a", "b", "0", "0"} << 0 << 0 << "" << "";
-}
-
-void JsonPositionScannerTest::positions()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(QStringList, steps);
-    QFETCH(int, line);
-    QFETCH(int, column);
-    QFETCH(QString, path);
-    QFETCH(QString, text);
-
-    QVERIFY(!QJsonDocument::fromJson(bytes).isNull());
-    const JsonPositionScanner json(bytes);
-    const int node = Walk(json, steps);
-    QCOMPARE(json.line(node), line);
-    QCOMPARE(json.column(node), column);
-    QCOMPARE(json.path(node), path);
-    QCOMPARE(json.kind(node) == JsonPositionScanner::Kind::String ? json.string(node) : json.key(node), text);
-}
-
-void JsonPositionScannerTest::notJson_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-
-    for (const char *bytes : {"", "  ", "{", "{\"a\" 1}", "[1,]", "[1 2]", "{\"a\": tru}", "\"open", "{} {}", "]",
-                              "{\"a\": 1,}", "[\"\\\"]"})
-        QTest::addRow("%s", bytes) << QByteArray(bytes);
-}
-
-void JsonPositionScannerTest::notJson()
-{
-    QFETCH(QByteArray, bytes);
-
-    QVERIFY(QJsonDocument::fromJson(bytes).isNull());
-    const JsonPositionScanner json(bytes);
-    QVERIFY(!json.isValid());
-    QCOMPARE(json.root(), -1);
-    QCOMPARE(json.childCount(0), 0);
-    QCOMPARE(json.member(0, QLatin1String("a")), -1);
-    QCOMPARE(json.line(0), 0);
-    QCOMPARE(json.path(0), QString());
-    QCOMPARE(json.source(0), QByteArray());
-}
-
-// Cut anywhere, a document is JSON for the scanner exactly when it is for the parser,
-// and whatever the scanner keeps of it matches what the parser reads.
-void JsonPositionScannerTest::everyPrefix()
-{
-    const QByteArray bytes = "{\"a\": [1, -2.5e3, true, false, null, \"\\u00e9\\\"\"],\n \"b\": {\"c\": {}}, \"d\": []}";
-    for (int length = 0; length <= bytes.size(); ++length) {
-        const QByteArray prefix = bytes.left(length);
-        const QJsonDocument document = QJsonDocument::fromJson(prefix);
-        const JsonPositionScanner json(prefix);
-        QCOMPARE(json.isValid(), !document.isNull());
-        if (json.isValid()) {
-            QCOMPARE(json.childCount(json.root()), document.object().size());
-            QCOMPARE(json.string(Walk(json, {"a", "5"})), document["a"][5].toString());
-        }
-    }
 }
 
 QTEST_APPLESS_MAIN(JsonPositionScannerTest)
