@@ -8,73 +8,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-namespace {
-
-// A JSON-schema subset: type, required, properties, items, minItems, minimum, enum.
-bool Conforms(const QJsonValue &value, const QJsonObject &schema, const QString &at, QString *why)
-{
-    static const QMap<QString, QJsonValue::Type> types{{"object", QJsonValue::Object}, {"array", QJsonValue::Array},
-                                                       {"string", QJsonValue::String}, {"integer", QJsonValue::Double}};
-    const auto fail = [&](const QString &reason) {
-        *why = at + ": " + reason;
-        return false;
-    };
-    if (schema.contains("type") && value.type() != types.value(schema["type"].toString()))
-        return fail("not " + schema["type"].toString());
-    if (schema.contains("enum") && !schema["enum"].toArray().contains(value))
-        return fail("not one of the allowed values");
-    if (schema.contains("minimum") && value.toDouble() < schema["minimum"].toDouble())
-        return fail("below the minimum");
-    if (schema.contains("minItems") && value.toArray().size() < schema["minItems"].toInt())
-        return fail("too few items");
-    for (const QJsonValue &name : schema["required"].toArray()) {
-        if (!value.toObject().contains(name.toString()))
-            return fail("missing " + name.toString());
-    }
-    const QJsonObject properties = schema["properties"].toObject();
-    for (auto it = properties.begin(); it != properties.end(); ++it) {
-        if (value.toObject().contains(it.key())
-            && !Conforms(value.toObject()[it.key()], it.value().toObject(), at + "." + it.key(), why))
-            return false;
-    }
-    const QJsonArray items = value.toArray();
-    for (int i = 0; schema.contains("items") && i < items.size(); ++i) {
-        if (!Conforms(items[i], schema["items"].toObject(), at + QString("[%1]").arg(i), why))
-            return false;
-    }
-    return true;
-}
-
-// What SARIF 2.1.0 requires of a log, its tool, rules and results with physical locations.
-const char *const kSarifSchema = R"({
-  "type": "object", "required": ["version", "runs"],
-  "properties": {
-    "version": {"enum": ["2.1.0"]},
-    "runs": {"type": "array", "minItems": 1, "items": {
-      "type": "object", "required": ["tool"],
-      "properties": {
-        "tool": {"type": "object", "required": ["driver"], "properties": {"driver": {
-          "type": "object", "required": ["name"],
-          "properties": {"name": {"type": "string"}, "version": {"type": "string"},
-            "rules": {"type": "array", "items": {"type": "object", "required": ["id"],
-              "properties": {"id": {"type": "string"},
-                "shortDescription": {"type": "object", "required": ["text"]}}}}}}}},
-        "results": {"type": "array", "items": {
-          "type": "object", "required": ["message"],
-          "properties": {
-            "ruleId": {"type": "string"}, "ruleIndex": {"type": "integer", "minimum": 0},
-            "level": {"enum": ["none", "note", "warning", "error"]},
-            "message": {"type": "object", "required": ["text"], "properties": {"text": {"type": "string"}}},
-            "locations": {"type": "array", "items": {"type": "object", "properties": {
-              "physicalLocation": {"type": "object", "required": ["artifactLocation"], "properties": {
-                "artifactLocation": {"type": "object", "required": ["uri"], "properties": {"uri": {"type": "string"}}},
-                "region": {"type": "object", "properties": {
-                  "startLine": {"type": "integer", "minimum": 1},
-                  "startColumn": {"type": "integer", "minimum": 1}}}}}}}}}}}}}}}
-})";
-
-} // namespace
-
 class CheckCommandTest : public QObject
 {
     Q_OBJECT
@@ -131,20 +64,31 @@ private slots:
         }
     }
 
+    // What SARIF 2.1.0 requires of a log, its tool, rules and results with physical locations.
     void sarifConforms()
     {
         const Run run = Program({"check", m_root, "--format", "sarif"});
         QJsonParseError error;
-        const QJsonDocument log = QJsonDocument::fromJson(run.out.toUtf8(), &error);
+        const QJsonObject log = QJsonDocument::fromJson(run.out.toUtf8(), &error).object();
         QCOMPARE(error.error, QJsonParseError::NoError);
-        QString why;
-        QVERIFY2(Conforms(log.object(), QJsonDocument::fromJson(kSarifSchema).object(), "$", &why), qPrintable(why));
+        QCOMPARE(log["version"].toString() + ' ' + QString::number(log["runs"].toArray().size()), "2.1.0 1");
         const QJsonObject runObject = log["runs"][0].toObject();
-        QCOMPARE(runObject["results"].toArray().size(), 22);
-        const QJsonObject first = runObject["results"][0].toObject();
-        const QJsonArray rules = runObject["tool"]["driver"]["rules"].toArray();
-        QCOMPARE(rules[first["ruleIndex"].toInt()]["id"], first["ruleId"]);
-        QCOMPARE(first["locations"][0]["physicalLocation"]["artifactLocation"]["uri"].toString(),
+        const QJsonObject driver = runObject["tool"]["driver"].toObject();
+        QVERIFY(driver["name"].isString() && driver["version"].isString());
+        const QJsonArray rules = driver["rules"].toArray();
+        for (const QJsonValue rule : rules)
+            QVERIFY(rule["id"].isString() && rule["shortDescription"]["text"].isString());
+        const QJsonArray results = runObject["results"].toArray();
+        QCOMPARE(results.size(), 22);
+        for (const QJsonValue result : results) {
+            QCOMPARE(rules[result["ruleIndex"].toInt(-1)]["id"], result["ruleId"]);
+            QVERIFY(result["message"]["text"].isString());
+            QVERIFY(QStringList({"none", "note", "warning", "error"}).contains(result["level"].toString()));
+            const QJsonValue location = result["locations"][0]["physicalLocation"];
+            QVERIFY(location["artifactLocation"]["uri"].isString());
+            QVERIFY(location["region"]["startLine"].toInt() >= 1 && location["region"]["startColumn"].toInt() >= 1);
+        }
+        QCOMPARE(results[0]["locations"][0]["physicalLocation"]["artifactLocation"]["uri"].toString(),
                  QUrl::fromLocalFile(m_root + "/products/products.json").toString());
     }
 
