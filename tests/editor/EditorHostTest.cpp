@@ -1,6 +1,6 @@
-#include <QFile>
+#include "TestHelpers.h"
+
 #include <QImage>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -38,17 +38,11 @@ private slots:
         QFETCH(QString, refusal);
 
         QFile::remove(m_dir.filePath("shot.png"));
-        QProcess process;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
-            env.remove(name);
-        process.setProcessEnvironment(env);
-        process.setWorkingDirectory(m_dir.path());
-        process.start(PE_PROGRAM, args);
-        QVERIFY(process.waitForFinished(60000));
-        const QString err = QString::fromLocal8Bit(process.readAllStandardError());
-        QVERIFY2(refusal.isEmpty() ? err.isEmpty() : err.contains(refusal), qPrintable(err));
-        QCOMPARE(process.exitCode(), refusal.isEmpty() ? 0 : 2);
+            qunsetenv(name); // this suite needs no display either
+        const Run run = Start(PE_PROGRAM, args, m_dir.path());
+        QVERIFY2(refusal.isEmpty() ? run.err.isEmpty() : run.err.contains(refusal), qPrintable(run.err));
+        QCOMPARE(run.status, refusal.isEmpty() ? 0 : 2);
         if (refusal.isEmpty())
             QVERIFY(QImage(m_dir.filePath("shot.png")).width() >= 1197);
     }
