@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QDir>
+#include "TestHelpers.h"
+
 #include <QDirIterator>
-#include <QFile>
 #include <QMap>
 
 // Every file of a folder on disk by relative path, hidden ones too, so that a leftover
@@ -14,9 +14,8 @@ inline FolderFiles ReadFolderFiles(const QString &root)
     FolderFiles files;
     QDirIterator it(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
     while (it.hasNext()) {
-        QFile file(it.next());
-        file.open(QIODevice::ReadOnly);
-        files.insert(QDir(root).relativeFilePath(file.fileName()), file.readAll());
+        const QString path = it.next();
+        files.insert(QDir(root).relativeFilePath(path), Read(path));
     }
     return files;
 }
@@ -25,11 +24,6 @@ inline FolderFiles ReadFolderFiles(const QString &root)
 inline void WriteFolderFiles(const QString &root, const FolderFiles &files)
 {
     QDir(root).removeRecursively();
-    for (auto it = files.cbegin(); it != files.cend(); ++it) {
-        const QString path = QDir(root).filePath(it.key());
-        QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        file.open(QIODevice::WriteOnly);
-        file.write(it.value());
-    }
+    for (auto it = files.cbegin(); it != files.cend(); ++it)
+        Write(QDir(root).filePath(it.key()), it.value());
 }

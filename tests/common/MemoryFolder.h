@@ -1,10 +1,8 @@
 #pragma once
 
+#include "TestHelpers.h"
 #include "store/VantixJsonData.h"
 
-#include <QDir>
-#include <QFileInfo>
-#include <QFile>
 #include <QHash>
 #include <QTemporaryDir>
 
@@ -22,11 +20,8 @@ public:
     // Adds a file (creating its folder and an empty placeholder on disk).
     void addFile(const QString &relative, const QByteArray &bytes)
     {
-        const QString full = path(relative);
-        QDir().mkpath(QFileInfo(full).absolutePath());
-        QFile placeholder(full);
-        placeholder.open(QIODevice::WriteOnly);
-        files.insert(full, bytes);
+        Write(path(relative), QByteArray());
+        files.insert(path(relative), bytes);
     }
     void addFolder(const QString &relative) { QDir().mkpath(path(relative)); }
 
