@@ -122,5 +122,5 @@ void JsonPositionScannerTest::positions_data()
     QTest::newRow("into a number") << nested << QStringList{"a", "b", "0", "0"} << 0 << 0 << "" << "";
 }
 
-QTEST_APPLESS_MAIN(JsonPositionScannerTest)
+QTEST_GUILESS_MAIN(JsonPositionScannerTest)
 #include "JsonPositionScannerTest.moc"

@@ -52,5 +52,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(JsonTextTest)
+QTEST_GUILESS_MAIN(JsonTextTest)
 #include "JsonTextTest.moc"
