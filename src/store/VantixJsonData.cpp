@@ -9,11 +9,8 @@
 #include <QHash>
 #include <QJsonDocument>
 #include <QJsonValue>
-#include <QStringView>
 
 #include <algorithm>
-#include <utility>
-#include <vector>
 
 namespace ProductEditor {
 
@@ -47,48 +44,6 @@ ExtensionAccess ReadExtensionAccess(const QCborMap &object)
     InsertNames(object.value(kExportAsScene), access.export_as_scene);
     InsertNames(object.value(kOpen), access.open);
     return access;
-}
-
-// Ids are read before the texts so that they lie together in memory, since the
-// membership lists look every one of them up again. The entries are taken in id
-// order, so the map grows at its end instead of searching its tree for each
-// feature; among equal ids the later entry wins.
-QHash<QString, VantixFeatureData *> DecodeFeatures(const QCborArray &entries,
-                                                   QMap<QString, VantixFeatureData> &features)
-{
-    QVector<QString> ids;
-    ids.reserve(int(entries.size()));
-    for (const QCborValue &entry : entries)
-        ids.append(entry.toMap().value(kId).toString());
-
-    std::vector<std::pair<QStringView, int>> order;
-    order.reserve(size_t(ids.size()));
-    for (int i = 0; i < ids.size(); ++i)
-        order.emplace_back(QStringView(ids.at(i)), i);
-    if (!std::is_sorted(order.cbegin(), order.cend()))
-        std::sort(order.begin(), order.end());
-
-    std::vector<std::pair<int, VantixFeatureData *>> kept;
-    kept.reserve(order.size());
-    for (size_t i = 0; i < order.size(); ++i) {
-        if (i + 1 < order.size() && order[i + 1].first == order[i].first)
-            continue;
-        const int index = order[i].second;
-        const QCborMap entry = entries.at(index).toMap();
-        VantixFeatureData &feature = features.insert(features.cend(), ids.at(index), VantixFeatureData()).value();
-        feature.statustip = entry.value(kStatustip).toString();
-        feature.title = entry.value(kTitle).toString();
-        feature.tooltip = entry.value(kTooltip).toString();
-        feature.visual = ReadBool(entry, kVisual, true);
-        feature.emergency = ReadBool(entry, kEmergency, false);
-        kept.emplace_back(index, &feature);
-    }
-
-    QHash<QString, VantixFeatureData *> byId;
-    byId.reserve(int(kept.size()));
-    for (const auto &[index, feature] : kept)
-        byId.insert(ids.at(index), feature);
-    return byId;
 }
 
 } // namespace
@@ -225,9 +180,23 @@ void VantixJsonData::UpdateData()
     readCoverage(coverage.value(kImport).toArray(), &ExtensionInfo::importLicenses);
 
     const QCborArray featureEntries = root.value(kFeatures).toMap().value(kFeature).toArray();
+    for (const QCborValue &entryValue : featureEntries) {
+        const QCborMap entry = entryValue.toMap();
+        VantixFeatureData feature;
+        feature.statustip = entry.value(kStatustip).toString();
+        feature.title = entry.value(kTitle).toString();
+        feature.tooltip = entry.value(kTooltip).toString();
+        feature.visual = ReadBool(entry, kVisual, true);
+        feature.emergency = ReadBool(entry, kEmergency, false);
+        features.insert(entry.value(kId).toString(), feature);
+    }
+
     // Membership lists name features by id several times per feature; a hash over
     // the map's nodes (which never move) keeps those lookups off the tree.
-    QHash<QString, VantixFeatureData *> featureById = DecodeFeatures(featureEntries, features);
+    QHash<QString, VantixFeatureData *> featureById;
+    featureById.reserve(features.size());
+    for (auto it = features.begin(); it != features.end(); ++it)
+        featureById.insert(it.key(), &it.value());
     const auto featureFor = [this, &featureById](const QString &id) -> VantixFeatureData & {
         VantixFeatureData *&slot = featureById[id];
         if (!slot)

@@ -1,6 +1,6 @@
-// The store decodes the documents through shortcuts (shared CBOR views, features put
-// in id order before they enter the map); the records must be those the plain
-// reading gives, entry by entry with the later entry winning.
+// The store decodes the documents through CBOR views that share the parsed data;
+// the records must be those a plain walk over the JSON objects gives, entry by
+// entry with the later entry winning.
 
 #include "FolderFiles.h"
 #include "MemoryFolder.h"
