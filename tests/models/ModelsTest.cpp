@@ -126,7 +126,7 @@ private slots:
     void tables()
     {
         QAbstractItemModel &layouts = *m_model->GetLayoutsModel();
-        const auto testers = {Tester(m_features), Tester(m_extensions), Tester(m_products), Tester(&layouts)};
+        [[maybe_unused]] const auto testers = {Tester(m_features), Tester(m_extensions), Tester(m_products), Tester(&layouts)};
         QCOMPARE(HeaderText(*m_features), "Id|Title|Tooltip|Statustip|Visible|Emergrncy|Products|Layouts|Licenses");
         QCOMPARE(Text(*m_features, Qt::ToolTipRole, -1, 0).section('|', 0, 7), "Open|Open file|Opens|Opening|true|false|Base|design");
         QVERIFY(QStringList({"2, Lic1", "Lic1, 2"}).contains(m_features->index(0, 8).data().toString()));
