@@ -12,11 +12,13 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
+#include <QDockWidget>
 #include <QFileInfo>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPixmap>
 #include <QPushButton>
+#include <QSettings>
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QThreadPool>
@@ -160,6 +162,7 @@ public:
         setParent(window);
         m_firstRead.clear();
         _UpdateTitle();
+        _RestoreDocks();
         window->installEventFilter(this);
         for (const char *name : {"mp_run_save", "mp_run_save_as"})
             _Follow(name, [this] { _ReportSave(); });
@@ -170,8 +173,11 @@ public:
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        if (watched != m_window || event->type() != QEvent::Close || !m_window->isWindowModified())
+        if (watched != m_window || event->type() != QEvent::Close)
             return QObject::eventFilter(watched, event);
+        QSettings().setValue(kDocksKey, m_window->saveState());
+        if (!m_window->isWindowModified())
+            return false;
         if (_MayClose())
             return false;
         event->ignore();
@@ -184,6 +190,14 @@ private:
     {
         if (auto *found = m_window->findChild<QAction *>(QLatin1String(action)))
             connect(found, &QAction::triggered, this, handler);
+    }
+
+    // The Problems panel shows unless the docks were last left otherwise.
+    void _RestoreDocks()
+    {
+        if (auto *problems = m_window->findChild<QDockWidget *>(QStringLiteral("mp_dock_problems")))
+            problems->show();
+        m_window->restoreState(QSettings().value(kDocksKey).toByteArray());
     }
 
     void _UpdateTitle()
@@ -257,6 +271,8 @@ private:
             return false;
         }
     }
+
+    static constexpr const char *kDocksKey = "window/docks";
 
     FileAccess m_access;
     QMainWindow *m_window = nullptr; // the parent

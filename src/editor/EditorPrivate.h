@@ -4,7 +4,7 @@
 #include "editor/ChangesPage.h"
 #include "editor/ExtensionsPage.h"
 #include "editor/FeaturesPage.h"
-#include "editor/LiveDiagnostics.h"
+#include "editor/LiveProblems.h"
 #include "editor/ProductsPage.h"
 #include "editor/QueryPage.h"
 #include "editor/ResultPage.h"
@@ -67,7 +67,7 @@ struct EditorPrivate
 
     QUndoStack undoStack;
     std::unique_ptr<UndoHistory> history; // goes first: it watches the models
-    std::unique_ptr<LiveDiagnostics> diagnostics; // waits for its running check
+    std::unique_ptr<LiveProblems> problems; // waits for its running check
 };
 
 } // namespace ProductEditor

@@ -1,6 +1,6 @@
 #include "editor/VantixJSONEditor.h"
 
-#include "editor/DiagnosticsPanel.h"
+#include "editor/ProblemsPanel.h"
 #include "editor/EditorPrivate.h"
 #include "editor/PageTools.h"
 #include "editor/TabIndex.h"
@@ -54,6 +54,7 @@ void VantixJSONEditor::_Build()
     _InitQueryTab();
     _InitExtensionTab();
     _InitEditMenu();
+    _InitViewMenu();
     setWindowFilePath(d->model.GetData().GetFolder().path());
 }
 
@@ -130,7 +131,6 @@ void VantixJSONEditor::_InitEditMenu()
     });
     menu->addAction(_CreateHistoryDock());
     connect(&stack, &QUndoStack::indexChanged, d->changes.get(), &ChangesPage::Recheck);
-    menu->addAction(_CreateDiagnosticsDock());
     connect(&stack, &QUndoStack::canUndoChanged, undo, &QAction::setEnabled);
     connect(&stack, &QUndoStack::canRedoChanged, redo, &QAction::setEnabled);
     // "Undo Hide feature open": the step's name, with its '&' kept from becoming a mnemonic.
@@ -173,23 +173,32 @@ QAction *VantixJSONEditor::_CreateHistoryDock()
     return toggle;
 }
 
-// The findings of the checks, kept up to date with the files and the records.
-QAction *VantixJSONEditor::_CreateDiagnosticsDock()
+// View, after Edit: the docks. Problems is created hidden; a host shows it.
+void VantixJSONEditor::_InitViewMenu()
 {
-    d->diagnostics = std::make_unique<LiveDiagnostics>(d->model.GetData(), d->files);
-    LiveDiagnostics *live = d->diagnostics.get();
-    auto *dock = new DiagnosticsPanel(live->GetModel(), this);
-    connect(dock, &DiagnosticsPanel::OpenRecord, this, &VantixJSONEditor::_OpenRecord);
+    auto *menu = new QMenu(QStringLiteral("View"), d->ui.menuBar);
+    menu->setObjectName(QStringLiteral("menuView"));
+    d->ui.menuBar->addMenu(menu);
+    menu->addAction(_CreateProblemsDock());
+}
+
+// The problems the checks find, kept up to date with the files and the records.
+QAction *VantixJSONEditor::_CreateProblemsDock()
+{
+    d->problems = std::make_unique<LiveProblems>(d->model.GetData(), d->files);
+    LiveProblems *live = d->problems.get();
+    auto *dock = new ProblemsPanel(live->GetModel(), this);
+    connect(dock, &ProblemsPanel::OpenRecord, this, &VantixJSONEditor::_OpenRecord);
     addDockWidget(Qt::BottomDockWidgetArea, dock);
     resizeDocks({dock}, {fontMetrics().height() * 10}, Qt::Vertical);
     // Connected after the menu's own handlers, so these run once the files are read or written.
     for (QAction *action : {d->ui.mp_run_load, d->ui.mp_run_reload, d->ui.mp_run_save, d->ui.mp_run_save_as})
-        connect(action, &QAction::triggered, live, &LiveDiagnostics::FilesChanged);
-    connect(&d->undoStack, &QUndoStack::indexChanged, live, &LiveDiagnostics::RecordsChanged);
+        connect(action, &QAction::triggered, live, &LiveProblems::FilesChanged);
+    connect(&d->undoStack, &QUndoStack::indexChanged, live, &LiveProblems::RecordsChanged);
+    connect(live, &LiveProblems::Busy, dock, &ProblemsPanel::SetBusy);
     live->FilesChanged();
-    QAction *toggle = dock->toggleViewAction();
-    toggle->setObjectName(QStringLiteral("mp_run_diagnostics"));
-    return toggle;
+    dock->hide();
+    return dock->toggleViewAction();
 }
 
 void VantixJSONEditor::_OpenRecord(const Diagnostic &diagnostic)

@@ -49,7 +49,8 @@ private:
     void _InitExtensionTab();
     void _InitEditMenu();
     QAction *_CreateHistoryDock();
-    QAction *_CreateDiagnosticsDock();
+    void _InitViewMenu();
+    QAction *_CreateProblemsDock();
     void _OpenRecord(const Diagnostic &diagnostic);
 
     void _TabBarChanged(int index);

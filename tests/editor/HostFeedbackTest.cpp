@@ -3,6 +3,9 @@
 #include "FolderFiles.h"
 
 #include <QDirIterator>
+#include <QDockWidget>
+#include <QSettings>
+#include <QStandardPaths>
 #include <QStatusBar>
 
 // The desktop program's window over files on disk.
@@ -27,6 +30,12 @@ class HostFeedbackTest : public QObject
     }
 
 private slots:
+    void initTestCase()
+    {
+        QStandardPaths::setTestModeEnabled(true);
+        QSettings().clear();
+    }
+
     void saveLeavesUnchangedFilesAndCloseAsks()
     {
         const QString folder = copyExample();
@@ -43,7 +52,11 @@ private slots:
         QCOMPARE(window->statusBar()->currentMessage(),
                  QString("Saved %1 files to %2 (%1 unchanged)").arg(files).arg(QDir::toNativeSeparators(folder)));
 
+        // The program shows the Problems panel, and the next window has the docks as this one left them.
         window->show();
+        auto *problems = window->findChild<QDockWidget *>("mp_dock_problems");
+        QVERIFY(problems->isVisible());
+        problems->close();
         QAbstractItemModel *features = window->findChild<QAbstractItemView *>("mp_lst_features")->model();
         features->setData(features->index(0, 1), "Changed");
         QTRY_VERIFY(window->isWindowModified());
@@ -55,6 +68,9 @@ private slots:
         QCOMPARE(answers.log.value(0), "4 | Product editor | The definitions in " + QDir::toNativeSeparators(folder)
                                            + " have unsaved changes.");
         QCOMPARE(times(folder), first);
+        window = OpenHostWindow(folder, QString(), &messages);
+        window->show();
+        QVERIFY(window->findChild<QDockWidget *>("mp_dock_problems")->isHidden());
     }
 
     // The host marks a failed save unsaved; stepping back and forth to that step keeps the mark.

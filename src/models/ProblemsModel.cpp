@@ -1,4 +1,4 @@
-#include "models/DiagnosticsModel.h"
+#include "models/ProblemsModel.h"
 
 #include <QApplication>
 #include <QStyle>
@@ -22,12 +22,12 @@ QString Plural(int count, const char *word)
 
 } // namespace
 
-DiagnosticsModel::DiagnosticsModel(QObject *parent)
+ProblemsModel::ProblemsModel(QObject *parent)
     : QAbstractTableModel(parent)
 {
 }
 
-void DiagnosticsModel::SetDiagnostics(const Diagnostics &diagnostics, const QString &folder)
+void ProblemsModel::SetDiagnostics(const Diagnostics &diagnostics, const QString &folder)
 {
     const bool sameFolder = m_folder == QDir(folder);
     if (sameFolder && diagnostics.size() == m_diagnostics.size()
@@ -65,7 +65,7 @@ void DiagnosticsModel::SetDiagnostics(const Diagnostics &diagnostics, const QStr
     }
 }
 
-QString DiagnosticsModel::Summary() const
+QString ProblemsModel::Summary() const
 {
     const int errors = int(std::count_if(m_diagnostics.cbegin(), m_diagnostics.cend(), [](const Diagnostic &d) {
         return d.severity == Diagnostic::Severity::Error;
@@ -73,17 +73,17 @@ QString DiagnosticsModel::Summary() const
     return Plural(m_diagnostics.size() - errors, "warning") + QStringLiteral(", ") + Plural(errors, "error");
 }
 
-int DiagnosticsModel::rowCount(const QModelIndex &parent) const
+int ProblemsModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : m_diagnostics.size();
 }
 
-int DiagnosticsModel::columnCount(const QModelIndex &parent) const
+int ProblemsModel::columnCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : ColumnCount;
 }
 
-QVariant DiagnosticsModel::data(const QModelIndex &index, int role) const
+QVariant ProblemsModel::data(const QModelIndex &index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
@@ -93,7 +93,9 @@ QVariant DiagnosticsModel::data(const QModelIndex &index, int role) const
         return QApplication::style()->standardIcon(error ? QStyle::SP_MessageBoxCritical
                                                          : QStyle::SP_MessageBoxWarning);
     if (role == Qt::ToolTipRole && index.column() == LocationColumn)
-        return diagnostic.path;
+        return QDir::toNativeSeparators(m_folder.relativeFilePath(diagnostic.file)) + QLatin1Char(' ') + diagnostic.path;
+    if (role == SortRole)
+        return SortKey(diagnostic, index.column());
     if (role != Qt::DisplayRole)
         return {};
     switch (index.column()) {
@@ -105,21 +107,43 @@ QVariant DiagnosticsModel::data(const QModelIndex &index, int role) const
     }
 }
 
-QVariant DiagnosticsModel::headerData(int section, Qt::Orientation orientation, int role) const
+QVariant ProblemsModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    static const char *const titles[] = {"Severity", "Code", "Where", "Finding"};
+    static const char *const titles[] = {"Severity", "Code", "Where", "Message"};
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section >= ColumnCount)
         return QAbstractTableModel::headerData(section, orientation, role);
     return QLatin1String(titles[section]);
 }
 
-// A value that no file holds yet (added by an edit) is placed by its path.
-QString DiagnosticsModel::Location(const Diagnostic &diagnostic) const
+// A problem that no file holds yet (an edit made it) is placed at its record, or at
+// its file and path when no record is named.
+QString ProblemsModel::Location(const Diagnostic &diagnostic) const
 {
+    static const char *const kinds[] = {"", "feature", "product", "extension"};
     const QString file = QDir::toNativeSeparators(m_folder.relativeFilePath(diagnostic.file));
-    if (diagnostic.line <= 0)
-        return QStringLiteral("%1 %2").arg(file, diagnostic.path);
-    return QStringLiteral("%1:%2:%3").arg(file).arg(diagnostic.line).arg(diagnostic.column);
+    if (diagnostic.line > 0)
+        return QStringLiteral("%1:%2:%3").arg(file).arg(diagnostic.line).arg(diagnostic.column);
+    if (diagnostic.subject == Diagnostic::Subject::None)
+        return QStringLiteral("%1 %2 (edited, in no file yet)").arg(file, diagnostic.path);
+    return QStringLiteral("%1 \"%2\" (edited, in no file yet)")
+        .arg(QLatin1String(kinds[int(diagnostic.subject)]), diagnostic.subjectId);
+}
+
+QVariant ProblemsModel::SortKey(const Diagnostic &diagnostic, int column) const
+{
+    switch (column) {
+    case SeverityColumn: return diagnostic.severity == Diagnostic::Severity::Error ? 0 : 1;
+    case CodeColumn: return diagnostic.code;
+    case LocationColumn:
+        if (diagnostic.line <= 0)
+            return QStringLiteral("\uffff") + Location(diagnostic); // after every file
+        return QStringLiteral("%1\n%2:%3")
+            .arg(m_folder.relativeFilePath(diagnostic.file))
+            .arg(diagnostic.line, 9, 10, QLatin1Char('0'))
+            .arg(diagnostic.column, 9, 10, QLatin1Char('0'));
+    case MessageColumn: return diagnostic.message;
+    default: return {};
+    }
 }
 
 } // namespace ProductEditor

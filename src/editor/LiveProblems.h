@@ -2,7 +2,7 @@
 
 #include "check/Diagnostic.h"
 #include "check/LiveFindings.h"
-#include "models/DiagnosticsModel.h"
+#include "models/ProblemsModel.h"
 
 #include <QFutureWatcher>
 #include <QObject>
@@ -15,19 +15,20 @@ namespace ProductEditor {
 class RecordedFiles;
 class VantixJsonData;
 
-// Keeps a findings model up to date with the window's folder. The files are checked
+// Keeps a problems model up to date with the window's folder. The files are checked
 // again after a load or a save, the records after edits have paused; each check runs
 // on a pool thread over copies (the records share their data until the store writes),
-// so the window goes on while it runs, and a change during a run starts one more.
-class LiveDiagnostics : public QObject
+// so the window goes on while it runs. A change during a run makes that run's result
+// stale: it is dropped and one more run starts, so the newest request wins.
+class LiveProblems : public QObject
 {
     Q_OBJECT
 
 public:
-    LiveDiagnostics(VantixJsonData &store, const RecordedFiles &files, QObject *parent = nullptr);
-    ~LiveDiagnostics() override;
+    LiveProblems(VantixJsonData &store, const RecordedFiles &files, QObject *parent = nullptr);
+    ~LiveProblems() override;
 
-    DiagnosticsModel *GetModel() { return &m_model; }
+    ProblemsModel *GetModel() { return &m_model; }
 
     // After a load, a reload or a save: the files are read again.
     void FilesChanged();
@@ -37,6 +38,8 @@ public:
 signals:
     // The model holds the findings of the records as they are now.
     void Updated();
+    // A check started (true) or the model is up to date (false).
+    void Busy(bool busy);
 
 private:
     void _Start();
@@ -44,7 +47,7 @@ private:
 
     VantixJsonData &m_store;
     const RecordedFiles &m_files;
-    DiagnosticsModel m_model;
+    ProblemsModel m_model;
     QTimer m_timer;
     QFutureWatcher<LiveFindings> m_watcher;
     QString m_folder;                      // of the running check

@@ -8,15 +8,19 @@
 
 namespace ProductEditor {
 
-// The findings of a check, one per row: severity, code, where, and what.
-class PRODUCT_EDITOR_EXPORT DiagnosticsModel : public QAbstractTableModel
+// The problems a check found, one per row: severity, code, where, and the message.
+// Where is file:line:column, or, for a problem only the edited records have, the
+// record it is about.
+class PRODUCT_EDITOR_EXPORT ProblemsModel : public QAbstractTableModel
 {
     Q_OBJECT
 
 public:
     enum Column { SeverityColumn, CodeColumn, LocationColumn, MessageColumn, ColumnCount };
+    // What a view sorts by: errors first, positions in line order.
+    static constexpr int SortRole = Qt::UserRole;
 
-    explicit DiagnosticsModel(QObject *parent = nullptr);
+    explicit ProblemsModel(QObject *parent = nullptr);
 
     // Files are shown relative to `folder`. Rows change only where the findings do.
     void SetDiagnostics(const Diagnostics &diagnostics, const QString &folder);
@@ -31,6 +35,7 @@ public:
 
 private:
     QString Location(const Diagnostic &diagnostic) const;
+    QVariant SortKey(const Diagnostic &diagnostic, int column) const;
 
     Diagnostics m_diagnostics;
     QDir m_folder;

@@ -1,9 +1,9 @@
-// The findings panel follows the records: an edit that leaves a name pointing nowhere
-// adds its row once edits pause, undoing it takes the row away, and a double-click
-// opens the record the finding is about.
+// The Problems panel follows the records: an edit that leaves a name pointing nowhere
+// adds its row once edits pause, undoing it takes the row away, and activating a row
+// opens the record the problem is about.
 #include "EditorFixture.h"
 
-#include "models/DiagnosticsModel.h"
+#include "models/ProblemsModel.h"
 #include "store/CanonicalDocument.h"
 #include "models/FeaturesModel.h"
 #include "models/ProductsModel.h"
@@ -11,9 +11,10 @@
 #include <QAbstractItemModelTester>
 #include <QDockWidget>
 #include <QLabel>
+#include <QMenuBar>
 #include <QSignalSpy>
 
-using ProductEditor::DiagnosticsModel;
+using ProductEditor::ProblemsModel;
 using ProductEditor::FeaturesModel;
 using ProductEditor::ProductsModel;
 
@@ -23,15 +24,15 @@ QStringList Rows(const QAbstractItemModel *model)
 {
     QStringList rows;
     for (int row = 0; row < model->rowCount(); ++row)
-        rows << model->index(row, DiagnosticsModel::CodeColumn).data().toString() + ' '
-                    + model->index(row, DiagnosticsModel::LocationColumn).data().toString() + ' '
-                    + model->index(row, DiagnosticsModel::MessageColumn).data().toString();
+        rows << model->index(row, ProblemsModel::CodeColumn).data().toString() + ' '
+                    + model->index(row, ProblemsModel::LocationColumn).data().toString() + ' '
+                    + model->index(row, ProblemsModel::MessageColumn).data().toString();
     return rows;
 }
 
 } // namespace
 
-class EditorDiagnosticsTest : public QObject, EditorTestState
+class EditorProblemsTest : public QObject, EditorTestState
 {
     Q_OBJECT
 
@@ -48,7 +49,8 @@ class EditorDiagnosticsTest : public QObject, EditorTestState
         editor->run("mp_run_reload");
     }
 
-    QAbstractItemModel *findings() const { return editor->model("mp_tbl_diagnostics"); }
+    QAbstractItemModel *findings() const { return editor->model("mp_tbl_problems"); }
+    QString title() const { return editor->find<QDockWidget>("mp_dock_problems")->windowTitle(); }
 
     // Waits for the panel's rows to change, as they do once a check in the background ends.
     bool waitForRows(const QStringList &expected)
@@ -67,13 +69,25 @@ private slots:
     // bytes a save writes leaves no finding.
     void reloadedFiles()
     {
-        QVERIFY(editor->find<QDockWidget>("mp_dock_diagnostics"));
+        // Created hidden, its toggle under View, right after Edit.
+        QVERIFY(editor->find<QDockWidget>("mp_dock_problems")->isHidden());
+        QStringList menus;
+        for (QAction *menu : editor->find<QMenuBar>("menuBar")->actions())
+            menus << menu->menu()->objectName();
+        QCOMPARE(menus, QStringList({"menuFile", "menuEdit", "menuView"}));
+        QAction *toggle = editor->find<QAction>("mp_run_problems");
+        QCOMPARE(editor->find<QMenu>("menuView")->actions().value(0), toggle);
         QVERIFY2(waitForRows({rewrite.arg("products/products.json:1:2"), rewrite.arg("layouts/workspace.json:1:2")}),
                  qPrintable(Rows(findings()).join('\n')));
-        QCOMPARE(editor->find<QLabel>("mp_lbl_diagnostics_summary")->text(), QString("2 warnings, 0 errors"));
+        QCOMPARE(editor->find<QLabel>("mp_lbl_problems_summary")->text(), QString("2 warnings, 0 errors"));
+        QCOMPARE(title(), QString("Problems (2)"));
+        QCOMPARE(toggle->text(), QString("Problems"));
+        editor->find<QLineEdit>("mp_edt_problems_filter")->setText("LAYOUTS/");
+        QCOMPARE(findings()->rowCount(), 1);
         canonicalize();
         QVERIFY(waitForRows({}));
-        QCOMPARE(editor->find<QLabel>("mp_lbl_diagnostics_summary")->text(), QString("0 warnings, 0 errors"));
+        QCOMPARE(editor->find<QLabel>("mp_lbl_problems_summary")->text(), QString("0 warnings, 0 errors"));
+        QCOMPARE(title(), QString("Problems"));
     }
 
     void edit_data()
@@ -83,10 +97,10 @@ private slots:
         QTest::addColumn<int>("column");
         QTest::addColumn<QString>("value");
         QTest::addColumn<QStringList>("rows");
-        QTest::addColumn<int>("opens"); // the page a double-click on the first row shows, -1 none
+        QTest::addColumn<int>("opens"); // the page activating the first row shows, -1 none
         QTest::addColumn<QString>("record"); // the product it makes current
 
-        const QString licensing = "PE006 products/products.json $.products.product[0].licensing.specific licensing "
+        const QString licensing = "PE006 product \"basic\" (edited, in no file yet) licensing "
                                   "of product \"basic\" names feature \"file_save\", which no \"feature\" entry "
                                   "defines; the licenses are kept for no feature";
         QTest::newRow("licensed feature renamed")
@@ -96,7 +110,7 @@ private slots:
             << 2 << "basic";
         QTest::newRow("base license outside the catalogue")
             << "mp_lst_products" << "pro" << int(ProductsModel::BaseColumn) << "lic_gold"
-            << QStringList{"PE008 products/products.json $.products.product[1].licensing.base license \"lic_gold\" "
+            << QStringList{"PE008 product \"pro\" (edited, in no file yet) license \"lic_gold\" "
                            "is missing from the license catalogue; the name is kept but the catalogue cannot show it",
                            rewrite.arg("products/products.json:130:34")}
             << 2 << "pro";
@@ -126,7 +140,9 @@ private slots:
         QVERIFY2(waitForRows(rows), qPrintable(Rows(findings()).join('\n')));
 
         editor->setPage(0);
-        emit editor->find<QAbstractItemView>("mp_tbl_diagnostics")->doubleClicked(findings()->index(0, 0));
+        auto *table = editor->find<QAbstractItemView>("mp_tbl_problems");
+        table->setCurrentIndex(findings()->index(0, 0));
+        QTest::keyClick(table, Qt::Key_Return);
         QCOMPARE(editor->page(), opens < 0 ? 0 : opens);
         if (!record.isEmpty())
             QCOMPARE(EditorTestState::view("mp_lst_products")->currentIndex().siblingAtColumn(ProductsModel::IdColumn).data().toString(),
@@ -137,5 +153,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(EditorDiagnosticsTest)
-#include "EditorDiagnosticsTest.moc"
+QTEST_MAIN(EditorProblemsTest)
+#include "EditorProblemsTest.moc"

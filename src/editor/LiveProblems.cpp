@@ -1,4 +1,4 @@
-#include "editor/LiveDiagnostics.h"
+#include "editor/LiveProblems.h"
 
 #include "check/RecordedFiles.h"
 #include "store/RecordsSnapshot.h"
@@ -15,23 +15,23 @@ constexpr int kEditPause = 300;
 
 } // namespace
 
-LiveDiagnostics::LiveDiagnostics(VantixJsonData &store, const RecordedFiles &files, QObject *parent)
+LiveProblems::LiveProblems(VantixJsonData &store, const RecordedFiles &files, QObject *parent)
     : QObject(parent)
     , m_store(store)
     , m_files(files)
 {
     m_timer.setSingleShot(true);
-    connect(&m_timer, &QTimer::timeout, this, &LiveDiagnostics::_Start);
-    connect(&m_watcher, &QFutureWatcher<LiveFindings>::finished, this, &LiveDiagnostics::_Finished);
+    connect(&m_timer, &QTimer::timeout, this, &LiveProblems::_Start);
+    connect(&m_watcher, &QFutureWatcher<LiveFindings>::finished, this, &LiveProblems::_Finished);
 }
 
-LiveDiagnostics::~LiveDiagnostics()
+LiveProblems::~LiveProblems()
 {
     m_watcher.disconnect(this);
     m_watcher.waitForFinished();
 }
 
-void LiveDiagnostics::FilesChanged()
+void LiveProblems::FilesChanged()
 {
     m_filesChanged = true;
     if (m_watcher.isRunning())
@@ -41,7 +41,7 @@ void LiveDiagnostics::FilesChanged()
 }
 
 // Each edit puts the check off again, unless a check of the files is already due.
-void LiveDiagnostics::RecordsChanged()
+void LiveProblems::RecordsChanged()
 {
     if (m_watcher.isRunning())
         m_pending = true;
@@ -49,7 +49,7 @@ void LiveDiagnostics::RecordsChanged()
         m_timer.start(kEditPause);
 }
 
-void LiveDiagnostics::_Start()
+void LiveProblems::_Start()
 {
     if (m_watcher.isRunning()) {
         m_pending = true;
@@ -60,6 +60,7 @@ void LiveDiagnostics::_Start()
     if (!m_filesChanged)
         previous = m_last;
     m_filesChanged = false;
+    emit Busy(true);
     m_watcher.setFuture(QtConcurrent::run([reader = m_files.Memory(), folder = m_folder,
                                            records = RecordsSnapshot::Take(m_store),
                                            layoutFiles = m_store.GetLayoutFiles(), previous] {
@@ -67,15 +68,16 @@ void LiveDiagnostics::_Start()
     }));
 }
 
-void LiveDiagnostics::_Finished()
+void LiveProblems::_Finished()
 {
     m_last = m_watcher.result();
-    m_model.SetDiagnostics(m_last->all, m_folder);
     if (m_pending) {
         m_pending = false;
         _Start();
         return;
     }
+    m_model.SetDiagnostics(m_last->all, m_folder);
+    emit Busy(false);
     emit Updated();
 }
 
