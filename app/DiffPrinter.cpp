@@ -2,7 +2,7 @@
 
 #include "CommandLine.h"
 
-#include "json/JsonDiff.h"
+#include "diff/JsonDiff.h"
 #include "store/JsonText.h"
 
 #include <QJsonArray>

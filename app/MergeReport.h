@@ -1,6 +1,6 @@
 #pragma once
 
-#include "json/DefinitionMerge.h"
+#include "merge/DefinitionMerge.h"
 
 #include <QByteArray>
 #include <QString>

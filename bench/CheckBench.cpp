@@ -7,7 +7,7 @@
 #include "SyntheticFolder.h"
 
 #include "check/FolderChecker.h"
-#include "store/JsonPositionScanner.h"
+#include "check/JsonPositionScanner.h"
 
 #include <QTemporaryDir>
 

@@ -8,8 +8,8 @@
 #include "FixtureCache.h"
 #include "SyntheticFolder.h"
 
+#include "diff/VantixFeaturesDiffModel.h"
 #include "json/QJsonDiffTreeItem.h"
-#include "json/VantixFeaturesDiffModel.h"
 #include "store/VantixJsonData.h"
 
 #include <QJsonDocument>

@@ -7,8 +7,8 @@
 #include "SyntheticFolder.h"
 
 #include "check/LiveFindings.h"
+#include "diff/VantixFeaturesDiffModel.h"
 #include "editor/CreateProductEditor.h"
-#include "json/VantixFeaturesDiffModel.h"
 #include "store/RecordsSnapshot.h"
 #include "store/VantixJsonData.h"
 

@@ -8,8 +8,8 @@
 #include "BestTimeReporter.h"
 #include "SyntheticFolder.h"
 
-#include "json/DefinitionMerge.h"
-#include "json/JsonMerge.h"
+#include "merge/DefinitionMerge.h"
+#include "merge/JsonMerge.h"
 #include "store/CanonicalDocument.h"
 
 #include <QJsonArray>

@@ -14,7 +14,7 @@ install(TARGETS product_editor EXPORT ProductEditorTargets
 # Headers keep their folders, since they include each other as "store/...", "json/"...
 # The window's private record is left out: it needs the generated form header.
 install(FILES ${PROJECT_SOURCE_DIR}/src/ProductEditorExport.h DESTINATION ${PE_INSTALL_HEADERDIR})
-foreach(folder store json check models editor)
+foreach(folder store json diff merge check models editor)
     file(GLOB headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${folder}/*.h)
     list(FILTER headers EXCLUDE REGEX "/EditorPrivate\\.h$")
     install(FILES ${headers} DESTINATION ${PE_INSTALL_HEADERDIR}/${folder})

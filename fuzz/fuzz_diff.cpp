@@ -2,8 +2,8 @@
 // ticks sides as the input says and patches both objects again.
 #include "FuzzSupport.h"
 
+#include "diff/VantixFeaturesDiffModel.h"
 #include "json/QJsonDiffTreeItem.h"
-#include "json/VantixFeaturesDiffModel.h"
 
 #include <QAbstractItemModelTester>
 #include <QJsonArray>

@@ -4,8 +4,8 @@
 // records no version changed set aside) must never show in what it writes.
 #include "FuzzSupport.h"
 
-#include "json/DefinitionMerge.h"
-#include "json/JsonMerge.h"
+#include "merge/DefinitionMerge.h"
+#include "merge/JsonMerge.h"
 #include "store/CanonicalDocument.h"
 #include "store/ParsedDocument.h"
 

@@ -4,7 +4,7 @@
 // after each action, and the edited store must still save to a fixed point.
 #include "FuzzFolder.h"
 
-#include "json/VantixFeaturesDiffModel.h"
+#include "diff/VantixFeaturesDiffModel.h"
 #include "json/VantixResultModel.h"
 #include "models/Model.h"
 

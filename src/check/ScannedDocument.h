@@ -2,7 +2,7 @@
 
 #include "ProductEditorExport.h"
 #include "check/Diagnostic.h"
-#include "store/JsonPositionScanner.h"
+#include "check/JsonPositionScanner.h"
 
 #include <QString>
 

@@ -1,7 +1,7 @@
 #include "editor/ChangesPage.h"
 
+#include "diff/VantixFeaturesDiffModel.h"
 #include "editor/DiffReview.h"
-#include "json/VantixFeaturesDiffModel.h"
 #include "models/Model.h"
 #include "store/VantixJsonData.h"
 #include "ui_VantixJSONEditor.h"

@@ -1,8 +1,8 @@
 #include "editor/DiffReview.h"
 
+#include "diff/VantixFeaturesDiffModel.h"
 #include "editor/DiffText.h"
 #include "json/QJsonDiffTreeItem.h"
-#include "json/VantixFeaturesDiffModel.h"
 #include "ui_VantixJSONEditor.h"
 
 #include <QHBoxLayout>

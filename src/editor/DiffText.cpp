@@ -1,6 +1,6 @@
 #include "editor/DiffText.h"
 
-#include "json/DiffNodeChange.h"
+#include "diff/DiffNodeChange.h"
 #include "json/QJsonDiffTreeItem.h"
 #include "store/ChangeWording.h"
 #include "store/JsonText.h"

@@ -15,7 +15,7 @@
 #include "models/ProductLicensesModel.h"
 #include "models/ProductsModel.h"
 
-#include "json/VantixFeaturesDiffModel.h"
+#include "diff/VantixFeaturesDiffModel.h"
 #include "json/VantixResultModel.h"
 
 #include <QPointer>

@@ -1,5 +1,5 @@
-#include "json/DiffNodeChange.h"
-#include "json/JsonDiff.h"
+#include "diff/DiffNodeChange.h"
+#include "diff/JsonDiff.h"
 #include "json/QJsonDiffTreeItem.h"
 #include "store/ChangeWording.h"
 #include "store/RecordComparison.h"

@@ -1,6 +1,6 @@
-#include "json/JsonMerge.h"
+#include "merge/JsonMerge.h"
 
-#include "json/JsonValueIndex.h"
+#include "diff/JsonValueIndex.h"
 #include "store/JsonText.h"
 
 #include <QJsonArray>

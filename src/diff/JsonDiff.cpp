@@ -1,6 +1,6 @@
-#include "json/JsonDiff.h"
+#include "diff/JsonDiff.h"
 
-#include "json/JsonArraySide.h"
+#include "diff/JsonArraySide.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

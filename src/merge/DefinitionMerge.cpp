@@ -1,7 +1,7 @@
-#include "json/DefinitionMerge.h"
+#include "merge/DefinitionMerge.h"
 
-#include "json/CanonicalMergedDocument.h"
-#include "json/UnchangedEntries.h"
+#include "merge/CanonicalMergedDocument.h"
+#include "merge/UnchangedEntries.h"
 #include "store/CanonicalDocument.h"
 #include "store/CanonicalProductsCheck.h"
 #include "store/ParsedDocument.h"

@@ -1,6 +1,6 @@
 // The position scanner against the parser: where each value is, what it holds, and
 // nothing at all for bytes that are not JSON.
-#include "store/JsonPositionScanner.h"
+#include "check/JsonPositionScanner.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -3,10 +3,10 @@
 // Both must give exactly what regenerating and merging everything gives.
 
 #include "TestHelpers.h"
-#include "json/CanonicalMergedDocument.h"
-#include "json/DefinitionMerge.h"
-#include "json/KeyedArrays.h"
-#include "json/UnchangedEntries.h"
+#include "merge/CanonicalMergedDocument.h"
+#include "merge/DefinitionMerge.h"
+#include "merge/KeyedArrays.h"
+#include "merge/UnchangedEntries.h"
 #include "store/CanonicalDocument.h"
 #include "store/CanonicalProductsCheck.h"
 

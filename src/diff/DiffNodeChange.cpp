@@ -1,4 +1,4 @@
-#include "json/DiffNodeChange.h"
+#include "diff/DiffNodeChange.h"
 
 #include "json/QJsonDiffTreeItem.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "json/JsonValueIndex.h"
+#include "diff/JsonValueIndex.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

@@ -1,4 +1,4 @@
-#include "store/JsonPositionScanner.h"
+#include "check/JsonPositionScanner.h"
 
 #include <QRegularExpression>
 #include <QStringList>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ProductEditorExport.h"
-#include "json/JsonMerge.h"
+#include "merge/JsonMerge.h"
 
 #include <QByteArray>
 #include <QJsonObject>

@@ -1,4 +1,4 @@
-#include "json/JsonValueIndex.h"
+#include "diff/JsonValueIndex.h"
 
 #include <QHash>
 #include <QJsonArray>

@@ -1,6 +1,6 @@
-#include "json/VantixFeaturesDiffModel.h"
+#include "diff/VantixFeaturesDiffModel.h"
 
-#include "json/JsonDiff.h"
+#include "diff/JsonDiff.h"
 #include "json/QJsonDiffTreeItem.h"
 
 

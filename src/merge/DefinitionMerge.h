@@ -1,8 +1,8 @@
 #pragma once
 
 #include "ProductEditorExport.h"
-#include "json/ConflictMarkers.h"
-#include "json/JsonMerge.h"
+#include "merge/ConflictMarkers.h"
+#include "merge/JsonMerge.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,8 +1,8 @@
 #include "TestHelpers.h"
 #include "MemoryFolder.h"
 
-#include "json/DefinitionMerge.h"
-#include "json/JsonMerge.h"
+#include "merge/DefinitionMerge.h"
+#include "merge/JsonMerge.h"
 #include "store/CanonicalDocument.h"
 #include "store/VantixJsonData.h"
 

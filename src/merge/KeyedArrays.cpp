@@ -1,4 +1,4 @@
-#include "json/KeyedArrays.h"
+#include "merge/KeyedArrays.h"
 
 #include "store/DefinitionKeys.h"
 

@@ -1,6 +1,6 @@
-#include "json/CanonicalMergedDocument.h"
+#include "merge/CanonicalMergedDocument.h"
 
-#include "json/KeyedArrays.h"
+#include "merge/KeyedArrays.h"
 #include "store/CanonicalDocument.h"
 #include "store/CanonicalProductsCheck.h"
 #include "store/DefinitionKeys.h"

@@ -2,8 +2,8 @@
 #include "QuadraticDiff.h"
 #include "RandomJson.h"
 
-#include "json/JsonDiff.h"
-#include "json/VantixFeaturesDiffModel.h"
+#include "diff/JsonDiff.h"
+#include "diff/VantixFeaturesDiffModel.h"
 
 #include <QAbstractItemModelTester>
 #include <QJsonDocument>

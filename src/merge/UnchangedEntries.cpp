@@ -1,6 +1,6 @@
-#include "json/UnchangedEntries.h"
+#include "merge/UnchangedEntries.h"
 
-#include "json/KeyedArrays.h"
+#include "merge/KeyedArrays.h"
 #include "store/DefinitionKeys.h"
 
 #include <QHash>

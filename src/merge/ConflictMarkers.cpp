@@ -1,4 +1,4 @@
-#include "json/ConflictMarkers.h"
+#include "merge/ConflictMarkers.h"
 
 #include "store/CanonicalDocument.h"
 #include "store/JsonText.h"
