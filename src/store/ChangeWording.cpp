@@ -148,18 +148,20 @@ QString Quoted(QString value)
 QString WordRecordChange(const RecordChange &change, bool command)
 {
     const QString subject = Subject(change);
-    switch (change.kind) {
-    case Kind::Added:
-        if (!change.before.isEmpty())
-            return command ? QStringLiteral("Duplicate %1 %2 as %3").arg(Noun(change.record), change.before, change.id)
-                           : QStringLiteral("%1 added (duplicate of %2)").arg(subject, change.before);
-        return command ? QStringLiteral("Add %1").arg(subject) : QStringLiteral("%1 added").arg(subject);
-    case Kind::Removed:
-        return command ? QStringLiteral("Remove %1").arg(subject) : QStringLiteral("%1 removed").arg(subject);
-    default:
+    if (change.kind == Kind::Renamed)
         return command ? QStringLiteral("Rename %1 to %2").arg(subject, change.after)
-                       : QStringLiteral("%1 renamed to %2").arg(subject, change.after);
-    }
+                       : QStringLiteral("%1 renamed %2 -> %3").arg(Noun(change.record), change.id, change.after);
+    if (command && change.kind == Kind::Removed)
+        return QStringLiteral("Remove %1").arg(subject);
+    if (command)
+        return change.before.isEmpty()
+                   ? QStringLiteral("Add %1").arg(subject)
+                   : QStringLiteral("Duplicate %1 %2 as %3").arg(Noun(change.record), change.before, change.id);
+    const QString titled = change.title.isEmpty() ? subject : subject + QLatin1Char(' ') + Quoted(change.title);
+    if (change.kind == Kind::Removed)
+        return QStringLiteral("%1 removed").arg(titled);
+    return change.before.isEmpty() ? QStringLiteral("%1 added").arg(titled)
+                                   : QStringLiteral("%1 added (duplicate of %2)").arg(titled, change.before);
 }
 
 QString WordValueChange(const RecordChange &change, bool command)
@@ -181,8 +183,13 @@ QString WordNameChange(const RecordChange &change, bool command)
     if (const Words *words = NameWords(change)) {
         const QString text = QString::fromLatin1(command ? words->command[lost] : words->statement[lost]);
         // Each argument replaces one marker, so names holding a '%' stay as they are.
-        return text.contains(QLatin1String("%3")) ? text.arg(Subject(change), name, change.entry)
-                                                  : text.arg(Subject(change), name);
+        const QString said = text.contains(QLatin1String("%3")) ? text.arg(Subject(change), name, change.entry)
+                                                                 : text.arg(Subject(change), name);
+        if (command || change.licenses.isEmpty())
+            return said;
+        return QStringLiteral("%1 (%2 %3)")
+            .arg(said, change.licenses.size() == 1 ? QStringLiteral("license") : QStringLiteral("licenses"),
+                 change.licenses.join(QStringLiteral(", ")));
     }
     return QStringLiteral("%1: %2 %3 %4")
         .arg(Subject(change), change.field, name, lost ? QStringLiteral("removed") : QStringLiteral("added"));
@@ -202,7 +209,8 @@ const RecordChange *MainChange(const RecordChanges &changes)
     if (!main)
         return nullptr;
     for (const RecordChange &change : changes) {
-        const bool sameRecord = change.record == main->record && change.id == main->id;
+        const bool sameRecord = change.record == main->record
+                                && (change.id == main->id || (main->kind == Kind::Renamed && change.id == main->after));
         const QString &name = change.kind == Kind::Gained ? change.after : change.before;
         const bool namesIt = (change.kind == Kind::Gained || change.kind == Kind::Lost)
                              && (name == main->id || (main->kind == Kind::Renamed && name == main->after));

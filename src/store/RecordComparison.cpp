@@ -1,6 +1,8 @@
 #include "store/RecordComparison.h"
 
+#include "store/BlankRecord.h"
 #include "store/DefinitionKeys.h"
+#include "store/FollowingChanges.h"
 
 #include <QSet>
 #include <QStringList>
@@ -161,6 +163,18 @@ void DiffExtension(RecordDiff &diff, const ExtensionInfo &a, const ExtensionInfo
     diff.Names(Keys::kExport, a.exportLicenses, b.exportLicenses);
 }
 
+// A feature keeps its identity through a new id when its texts and flags stay: what
+// it is offered in may change in the same step. A feature with no title says too
+// little to be recognised that way.
+void DiffFeatureIdentity(RecordDiff &diff, const VantixFeatureData &a, const VantixFeatureData &b)
+{
+    diff.Value(Keys::kTitle, a.title, b.title);
+    diff.Value(Keys::kTooltip, a.tooltip, b.tooltip);
+    diff.Value(Keys::kStatustip, a.statustip, b.statustip);
+    diff.Flag(Keys::kVisual, a.visual, b.visual);
+    diff.Flag(Keys::kEmergency, a.emergency, b.emergency);
+}
+
 // The records of one kind on both sides, and how two of them compare.
 template <typename Value>
 class KindComparison
@@ -168,11 +182,15 @@ class KindComparison
 public:
     using Diff = void (*)(RecordDiff &, const Value &, const Value &);
 
-    KindComparison(Record record, const QMap<QString, Value> &before, const QMap<QString, Value> &after, Diff diff)
+    // `identity`, when given, compares what must stay for a record under a new id to
+    // be the old one renamed, once records equal in everything are paired.
+    KindComparison(Record record, const QMap<QString, Value> &before, const QMap<QString, Value> &after, Diff diff,
+                   Diff identity)
         : m_record(record)
         , m_before(before)
         , m_after(after)
         , m_diff(diff)
+        , m_identity(identity)
     {
     }
 
@@ -201,20 +219,21 @@ public:
             }
         }
         MatchCopies(changes);
-        return changes;
+        return WithContent(changes);
     }
 
 private:
-    bool Same(const Value &a, const Value &b)
+    bool Same(const Value &a, const Value &b, Diff diff)
     {
         --m_budget;
-        RecordDiff diff(nullptr, m_record, m_probeId);
-        m_diff(diff, a, b);
-        return !diff.differs();
+        RecordDiff probe(nullptr, m_record, m_probeId);
+        diff(probe, a, b);
+        return !probe.differs();
     }
 
-    // Pairs removed and added records of equal content as renames, then names the
-    // record each remaining addition copies.
+    // Pairs removed and added records as renames: first those equal in everything,
+    // then those equal in their identity. Then names the record each remaining
+    // addition copies.
     void MatchCopies(RecordChanges &changes)
     {
         QVector<int> added, removed;
@@ -226,39 +245,77 @@ private:
         }
         if (added.isEmpty())
             return;
-        QVector<bool> dropped(changes.size(), false);
+        m_dropped = QVector<bool>(changes.size(), false);
+        PairRenames(changes, added, removed, m_diff);
+        if (m_identity)
+            PairRenames(changes, added, removed, m_identity);
         for (int a : added) {
+            if (!m_dropped.at(a))
+                changes[a].before = SourceOf(changes.at(a).id, *m_after.constFind(changes.at(a).id));
+        }
+    }
+
+    void PairRenames(RecordChanges &changes, const QVector<int> &added, const QVector<int> &removed, Diff diff)
+    {
+        for (int a : added) {
+            if (m_dropped.at(a))
+                continue;
             const Value &record = *m_after.constFind(changes.at(a).id);
+            if (diff == m_identity && TitleOf(record).isEmpty())
+                continue;
             for (int r : removed) {
                 if (m_budget <= 0)
-                    break;
+                    return;
                 RecordChange &old = changes[r];
-                if (old.kind != Kind::Removed || !Same(*m_before.constFind(old.id), record))
+                if (old.kind != Kind::Removed || !Same(*m_before.constFind(old.id), record, diff))
                     continue;
                 old.kind = Kind::Renamed;
                 old.after = changes.at(a).id;
-                dropped[a] = true;
+                m_dropped[a] = true;
                 break;
             }
-            if (!dropped[a])
-                changes[a].before = SourceOf(changes.at(a).id, record);
         }
-        RecordChanges kept;
+    }
+
+    // The list without the additions that became renames, each removed record with its
+    // title, each added one with its title and content, each renamed one with what
+    // else changed.
+    RecordChanges WithContent(const RecordChanges &changes) const
+    {
+        RecordChanges out;
+        out.reserve(changes.size());
         for (int i = 0; i < changes.size(); ++i) {
-            if (!dropped.at(i))
-                kept.append(changes.at(i));
+            if (i < m_dropped.size() && m_dropped.at(i))
+                continue;
+            RecordChange change = changes.at(i);
+            if (change.kind == Kind::Removed) {
+                change.title = TitleOf(*m_before.constFind(change.id));
+                out.append(change);
+            } else if (change.kind == Kind::Added) {
+                const Value &record = *m_after.constFind(change.id);
+                change.title = TitleOf(record);
+                out.append(change);
+                RecordDiff diff(&out, m_record, change.id);
+                m_diff(diff, BlankWithTitle<Value>(change.title), record);
+            } else if (change.kind == Kind::Renamed) {
+                out.append(change);
+                RecordDiff diff(&out, m_record, change.after);
+                m_diff(diff, *m_before.constFind(change.id), *m_after.constFind(change.after));
+            } else {
+                out.append(change);
+            }
         }
-        changes = kept;
+        return out;
     }
 
     QString SourceOf(const QString &id, const Value &record)
     {
         // Two catalogue entries may share a text without one copying the other, and a
         // new blank record copies nothing.
-        if (m_record == Record::License || Same(record, Value()))
+        if (m_record == Record::License || Same(record, Value(), m_diff))
             return QString();
         for (auto it = m_after.cbegin(); it != m_after.cend() && m_budget > 0; ++it) {
-            if (it.key() != id && m_before.contains(it.key()) && Same(it.value(), record))
+            if (it.key() != id && m_before.contains(it.key()) && Same(it.value(), record, m_diff))
                 return it.key();
         }
         return QString();
@@ -268,15 +325,18 @@ private:
     const QMap<QString, Value> &m_before;
     const QMap<QString, Value> &m_after;
     Diff m_diff;
+    Diff m_identity;
     int m_budget = kCopySearchBudget;
+    QVector<bool> m_dropped; // additions paired with a removal as its new id
     const QString m_probeId;
 };
 
 template <typename Value>
 RecordChanges CompareKind(Record record, const QMap<QString, Value> &before, const QMap<QString, Value> &after,
-                          typename KindComparison<Value>::Diff diff)
+                          typename KindComparison<Value>::Diff diff,
+                          typename KindComparison<Value>::Diff identity = nullptr)
 {
-    return KindComparison<Value>(record, before, after, diff).Run();
+    return KindComparison<Value>(record, before, after, diff, identity).Run();
 }
 
 QMap<QString, ProductData> ProductsById(const VantixProducts &products)
@@ -289,76 +349,19 @@ QMap<QString, ProductData> ProductsById(const VantixProducts &products)
     return byId;
 }
 
-// The membership changes of one feature in one name list.
-struct Membership
-{
-    QSet<QString> joined;
-    QSet<QString> left;
-};
-
-Membership MembershipAt(const RecordChanges &features, int first, const QString &field)
-{
-    Membership membership;
-    for (int i = first; i < features.size() && features.at(i).id == features.at(first).id; ++i) {
-        const RecordChange &change = features.at(i);
-        if (change.field == field && change.kind == Kind::Gained)
-            membership.joined.insert(change.after);
-        else if (change.field == field && change.kind == Kind::Lost)
-            membership.left.insert(change.before);
-    }
-    return membership;
-}
-
-// Drops the membership changes of features that an added, removed or renamed owner
-// explains: joining an added owner, leaving a removed one, and leaving an owner for
-// its new name.
-void DropFollowingChanges(RecordChanges &features, const RecordChanges &owners, const QString &field)
-{
-    QSet<QString> added, removed;
-    QMap<QString, QString> newName, oldName;
-    for (const RecordChange &owner : owners) {
-        if (owner.kind == Kind::Added)
-            added.insert(owner.id);
-        else if (owner.kind == Kind::Removed)
-            removed.insert(owner.id);
-        else if (owner.kind == Kind::Renamed) {
-            newName.insert(owner.id, owner.after);
-            oldName.insert(owner.after, owner.id);
-        }
-    }
-    if (added.isEmpty() && removed.isEmpty() && newName.isEmpty())
-        return;
-    RecordChanges kept;
-    Membership membership;
-    for (int i = 0; i < features.size(); ++i) {
-        const RecordChange &change = features.at(i);
-        if (i == 0 || change.id != features.at(i - 1).id)
-            membership = MembershipAt(features, i, field);
-        bool follows = false;
-        if (change.field == field && change.kind == Kind::Gained)
-            follows = added.contains(change.after)
-                      || (oldName.contains(change.after) && membership.left.contains(oldName.value(change.after)));
-        else if (change.field == field && change.kind == Kind::Lost)
-            follows = removed.contains(change.before)
-                      || (newName.contains(change.before) && membership.joined.contains(newName.value(change.before)));
-        if (!follows)
-            kept.append(change);
-    }
-    features = kept;
-}
-
 } // namespace
 
 RecordChanges CompareRecords(const RecordsSnapshot &before, const RecordsSnapshot &after)
 {
-    RecordChanges features = CompareKind(Record::Feature, before.features, after.features, &DiffFeature);
+    RecordChanges features =
+        CompareKind(Record::Feature, before.features, after.features, &DiffFeature, &DiffFeatureIdentity);
     RecordChanges products;
     if (!before.products.products.isSharedWith(after.products.products))
         products = CompareKind(Record::Product, ProductsById(before.products), ProductsById(after.products),
                                &DiffProduct);
-    const RecordChanges layouts = CompareKind(Record::Layout, before.layouts, after.layouts, &DiffLayout);
-    DropFollowingChanges(features, products, Keys::kProducts);
-    DropFollowingChanges(features, layouts, Keys::kLayouts);
+    RecordChanges layouts = CompareKind(Record::Layout, before.layouts, after.layouts, &DiffLayout);
+    NameCoveringLicenses(products, before.extensions, after.extensions);
+    NameCoveringLicenses(layouts, before.extensions, after.extensions);
 
     RecordChanges all = features + products + layouts;
     all += CompareKind(Record::License, before.licenses, after.licenses, &DiffLicense);
