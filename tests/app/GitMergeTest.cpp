@@ -203,14 +203,19 @@ private slots:
         QCOMPARE(run.status, 1);
         QCOMPARE(run.all(), QString("## Definition changes: defs at HEAD -> defs\n"
                                   "\n### Features\n\n"
-                                  "- feature cut added\n"
+                                  "- feature cut \"Cut\" added\n"
+                                  "- feature cut added to product p\n"
+                                  "- feature cut added to product p2\n"
                                   "- feature open: title \"Open\" -> \"Open file\"\n"
+                                  "- feature open added to product p2\n"
+                                  "- feature save added to product p2\n"
                                   "\n### Products\n\n"
                                   "- product p2 added (duplicate of p)\n"
+                                  "- product p2: layout main added\n"
                                   "- product q: layout main removed\n"
                                   "\n### Layouts\n\n"
                                   "- layout main: now opens obj\n"
-                                  "\n5 changes\n"));
+                                  "\n10 changes\n"));
     }
 
     void mergeFolders()
