@@ -5,6 +5,8 @@
 
 #include <QDir>
 
+#include <algorithm>
+
 namespace ProductEditor {
 
 namespace {
@@ -18,6 +20,23 @@ bool Superseded(const Diagnostic &diagnostic)
     if (diagnostic.code == QLatin1String("PE007"))
         return !diagnostic.path.startsWith(QLatin1String("$.extensions.lic_coveradge"));
     return codes.contains(diagnostic.code);
+}
+
+// Products that share an id in the files are told by the files' findings, with their
+// lines, as long as those stand; the records add only ids that edits made shared.
+void DropToldByFiles(Diagnostics &records, const Diagnostics &files)
+{
+    QSet<QString> told;
+    for (const Diagnostic &diagnostic : files) {
+        if (diagnostic.code == QLatin1String("PE004"))
+            told.insert(diagnostic.subjectId);
+    }
+    records.erase(std::remove_if(records.begin(), records.end(),
+                                 [&told](const Diagnostic &diagnostic) {
+                                     return diagnostic.code == QLatin1String("PE004")
+                                            && told.contains(diagnostic.subjectId);
+                                 }),
+                  records.end());
 }
 
 // A finding the files already hold keeps their place for it, and the files' findings
@@ -77,6 +96,7 @@ LiveFindings LiveFindings::Run(const Reader &reader, const QString &folder, cons
         }
     }
     Diagnostics now = CheckRecords(records, QDir(folder).filePath(QStringLiteral("products/products.json")), layoutFiles);
+    DropToldByFiles(now, findings.files);
     Place(now, findings.files);
     for (const Diagnostic &diagnostic : qAsConst(findings.files)) {
         if (!Superseded(diagnostic))

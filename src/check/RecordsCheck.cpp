@@ -86,9 +86,14 @@ Diagnostics CheckRecords(const RecordsSnapshot &records, const QString &products
     const auto product = Diagnostic::Subject::Product;
     const auto extension = Diagnostic::Subject::Extension;
     const QVector<ProductData> &products = records.products.products;
+    QSet<QString> ids;
     for (int i = 0; i < products.size(); ++i) {
         const ProductData &data = products.at(i);
         const QString path = QStringLiteral("$.products.product[%1]").arg(i);
+        if (ids.contains(data.id))
+            find.Add(productsFile, path + QStringLiteral(".id"), "PE004", ReferenceCheck::ProductDefinedAgain(data.id),
+                     product, data.id);
+        ids.insert(data.id);
         for (const QString &mode : Sorted(data.modes)) {
             if (!records.layouts.contains(mode))
                 find.Add(productsFile, path + QStringLiteral(".modes"), "PE005",

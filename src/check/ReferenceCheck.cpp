@@ -4,6 +4,8 @@ namespace ProductEditor {
 
 namespace {
 
+const QString kBothStay = QStringLiteral("both stay and most operations use the first");
+
 const char *const kAccessRoles[] = {"import", "import_as_project", "export", "export_as_project", "export_as_scene",
                                     "open"};
 
@@ -95,6 +97,12 @@ QString ReferenceCheck::ProductOwner(const QString &product)
     return QStringLiteral("product \"%1\"").arg(product);
 }
 
+// As the files' finding says it, without the line no record has.
+QString ReferenceCheck::ProductDefinedAgain(const QString &product)
+{
+    return QStringLiteral("product \"%1\" is defined again; %2").arg(product, kBothStay);
+}
+
 QString ReferenceCheck::LayoutOwner(const QString &layout)
 {
     return QStringLiteral("layout \"%1\"").arg(layout);
@@ -114,8 +122,7 @@ Diagnostics ReferenceCheck::Run()
                             QStringLiteral("loading keeps this later entry"));
     m_extensions = CollectIds("extensions", "extension", "PE003", Diagnostic::Subject::Extension, QStringLiteral("extension"),
                               QStringLiteral("loading keeps this later entry"));
-    CollectIds("products", "product", "PE004", Diagnostic::Subject::Product, QStringLiteral("product"),
-               QStringLiteral("both stay and most operations use the first"));
+    CollectIds("products", "product", "PE004", Diagnostic::Subject::Product, QStringLiteral("product"), kBothStay);
     CollectLayouts();
     const JsonPositionScanner &json = m_products.json;
     ForEachObject(json, Find(json, json.root(), {"products", "product"}), [this](int product) { CheckProduct(product); });

@@ -28,6 +28,7 @@ public:
     static QString UndefinedLicensingFeature(const QString &product, const QString &feature);
     static QString UndefinedAccessExtension(const QString &owner, const QString &extension, const QString &role);
     static QString MissingLicense(const QString &license);
+    static QString ProductDefinedAgain(const QString &product);
     static QString ProductOwner(const QString &product);
     static QString LayoutOwner(const QString &layout);
 

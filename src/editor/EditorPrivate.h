@@ -5,6 +5,7 @@
 #include "editor/ExtensionsPage.h"
 #include "editor/FeaturesPage.h"
 #include "editor/LiveProblems.h"
+#include "editor/ProblemOpener.h"
 #include "editor/ProductsPage.h"
 #include "editor/QueryPage.h"
 #include "editor/ResultPage.h"
@@ -68,6 +69,7 @@ struct EditorPrivate
     QUndoStack undoStack;
     std::unique_ptr<UndoHistory> history; // goes first: it watches the models
     std::unique_ptr<LiveProblems> problems; // waits for its running check
+    std::unique_ptr<ProblemOpener> problemOpener;
 };
 
 } // namespace ProductEditor

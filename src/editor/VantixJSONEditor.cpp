@@ -1,13 +1,11 @@
 #include "editor/VantixJSONEditor.h"
 
+#include "editor/ProblemOpener.h"
 #include "editor/ProblemsPanel.h"
 #include "editor/EditorPrivate.h"
 #include "editor/PageTools.h"
 #include "editor/TabIndex.h"
-#include "models/ExtensionsModel.h"
-#include "models/FeaturesModel.h"
 #include "models/ModelReset.h"
-#include "models/ProductsModel.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -188,7 +186,9 @@ QAction *VantixJSONEditor::_CreateProblemsDock()
     d->problems = std::make_unique<LiveProblems>(d->model.GetData(), d->files);
     LiveProblems *live = d->problems.get();
     auto *dock = new ProblemsPanel(live->GetModel(), this);
-    connect(dock, &ProblemsPanel::OpenRecord, this, &VantixJSONEditor::_OpenRecord);
+    d->problemOpener = std::make_unique<ProblemOpener>(d->ui, d->model, *d->features);
+    connect(dock, &ProblemsPanel::OpenRecord, this,
+            [this](const Diagnostic &diagnostic) { d->problemOpener->Open(diagnostic); });
     addDockWidget(Qt::BottomDockWidgetArea, dock);
     resizeDocks({dock}, {fontMetrics().height() * 10}, Qt::Vertical);
     // Connected after the menu's own handlers, so these run once the files are read or written.
@@ -199,39 +199,6 @@ QAction *VantixJSONEditor::_CreateProblemsDock()
     live->FilesChanged();
     dock->hide();
     return dock->toggleViewAction();
-}
-
-void VantixJSONEditor::_OpenRecord(const Diagnostic &diagnostic)
-{
-    const auto select = [](QAbstractItemView *view, int column, const QString &id) {
-        const QAbstractItemModel *model = view->model();
-        for (int row = 0; row < model->rowCount(); ++row) {
-            if (model->index(row, column).data().toString() == id) {
-                view->scrollTo(PageTools::MakeCurrent(view, row, column, PageTools::SelectCurrentRow));
-                return;
-            }
-        }
-    };
-    Ui::VantixJSONEditorClass &ui = d->ui;
-    switch (diagnostic.subject) {
-    case Diagnostic::Subject::Feature: {
-        const auto &features = d->model.GetData().GetFeatures();
-        const auto found = features.constFind(diagnostic.subjectId);
-        if (found != features.cend())
-            d->features->OpenFeature(d->model.GetSourceFeaturesModel()->index(
-                int(std::distance(features.cbegin(), found)), FeaturesModel::IdColumn));
-        break;
-    }
-    case Diagnostic::Subject::Product:
-        ui.mp_widget_tab->setCurrentIndex(TabIndex::Products);
-        select(ui.mp_lst_products, ProductsModel::IdColumn, diagnostic.subjectId);
-        break;
-    case Diagnostic::Subject::Extension:
-        ui.mp_widget_tab->setCurrentIndex(TabIndex::Extensions);
-        select(ui.mp_lst_extensions, ExtensionsModel::IdColumn, diagnostic.subjectId);
-        break;
-    case Diagnostic::Subject::None: break;
-    }
 }
 
 QString VantixJSONEditor::_AskFolder(const QString &caption)

@@ -16,7 +16,6 @@ class QKeyEvent;
 
 namespace ProductEditor {
 
-struct Diagnostic;
 struct EditorPrivate;
 
 // The editor's main window: a File menu and six pages over one definition store.
@@ -51,7 +50,6 @@ private:
     QAction *_CreateHistoryDock();
     void _InitViewMenu();
     QAction *_CreateProblemsDock();
-    void _OpenRecord(const Diagnostic &diagnostic);
 
     void _TabBarChanged(int index);
     void keyPressEvent(QKeyEvent *event) override;

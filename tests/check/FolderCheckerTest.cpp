@@ -3,6 +3,7 @@
 
 #include "check/FolderChecker.h"
 #include "check/LiveFindings.h"
+#include "check/RecordsCheck.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -121,6 +122,62 @@ private slots:
             return lines;
         };
         QCOMPARE(text(live.all), text(checked.diagnostics));
+    }
+
+    // What edits can leave in the records, each found with the record it is about.
+    void records_data()
+    {
+        QTest::addColumn<QString>("edit");
+        QTest::addColumn<QStringList>("found"); // code, path and subject of each finding
+
+        QTest::newRow("none") << "" << QStringList();
+        QTest::newRow("licensed feature removed") << "feature" << QStringList{"PE006 $.products.product[0].licensing.specific p"};
+        QTest::newRow("extension removed") << "extension"
+                                           << QStringList{"PE007 $.products.product[0].extensions.open p",
+                                                          "PE007 $.layouts.main.extensions.import "};
+        QTest::newRow("layout removed") << "layout" << QStringList{"PE005 $.products.product[0].modes p"};
+        QTest::newRow("license left the catalogue")
+            << "license" << QStringList{"PE008 $.products.product[0].licensing.base p",
+                                        "PE008 $.products.product[0].licensing.specific p",
+                                        "PE008 $.extensions.lic_coveradge.import stl"};
+        QTest::newRow("product id repeated") << "product" << QStringList{"PE004 $.products.product[1].id p"};
+    }
+
+    void records()
+    {
+        QFETCH(QString, edit);
+        QFETCH(QStringList, found);
+
+        RecordsSnapshot records;
+        records.features.insert("a", {});
+        records.licenses.insert("L", "License");
+        records.extensions["stl"].importLicenses = {"L"};
+        LayoutData main;
+        main.import = {"stl"};
+        records.layouts.insert("main", main);
+        ProductData product;
+        product.id = "p";
+        product.base = "L";
+        product.modes = {"main"};
+        product.specificLicenses.insert("a", {"L"});
+        product.extensions.open = {"stl"};
+        records.products.products = {product, ProductData()};
+        records.products.products[1].id = "q";
+
+        if (edit == "feature")
+            records.features.remove("a");
+        else if (edit == "extension")
+            records.extensions.remove("stl");
+        else if (edit == "layout")
+            records.layouts.remove("main");
+        else if (edit == "license")
+            records.licenses.clear();
+        else if (edit == "product")
+            records.products.products[1].id = "p";
+        QStringList actual;
+        for (const Diagnostic &d : CheckRecords(records, "products.json", {{"layouts/main.json", {"main"}}}))
+            actual << QString("%1 %2 %3").arg(d.code, d.path, d.subjectId);
+        QCOMPARE(actual, found);
     }
 
 private:

@@ -2,6 +2,7 @@
 // adds its row once edits pause, undoing it takes the row away, and activating a row
 // opens the record the problem is about.
 #include "EditorFixture.h"
+#include "PlantedFolder.h"
 
 #include "models/ProblemsModel.h"
 #include "store/CanonicalDocument.h"
@@ -65,6 +66,44 @@ class EditorProblemsTest : public QObject, EditorTestState
 
 private slots:
     void init() { start(); }
+
+    // Every kind of problem planted once: the rows are those `check` prints, in its order and
+    // with its counts, and activating the undefined feature's row makes it current.
+    void planted()
+    {
+        QTemporaryDir dir;
+        const QString root = dir.filePath("defs");
+        WritePlantedFolder(root);
+        Write(dir.filePath("lic.json"), R"({"Base": "B"})");
+        const Run check = Program({"check", root, "--licenses", dir.filePath("lic.json"), "--format", "json"});
+        const QJsonObject printed = QJsonDocument::fromJson(check.out.toUtf8()).object();
+        QStringList expected;
+        for (const QJsonValue &problem : printed["diagnostics"].toArray())
+            expected << problem["code"].toString() + ' ' + QDir(root).relativeFilePath(problem["file"].toString()) + ':'
+                            + QString::number(problem["line"].toInt()) + ':' + QString::number(problem["column"].toInt())
+                            + ' ' + problem["message"].toString();
+        QCOMPARE(expected.size(), 23);
+        editor->window.reset(ProductEditor::CreateProductEditor(
+            root, &Read, [](const QString &path, const QByteArray &bytes) { return Write(path, bytes); }, {{"Base", "B"}},
+            nullptr));
+        QVERIFY2(waitForRows(expected), qPrintable(Rows(findings()).join('\n')));
+        QCOMPARE(editor->find<QLabel>("mp_lbl_problems_summary")->text(),
+                 QString("%1 warnings, %2 errors").arg(printed["warnings"].toInt()).arg(printed["errors"].toInt()));
+        QCOMPARE(title(), QString("Problems (23)"));
+
+        auto *table = editor->find<QAbstractItemView>("mp_tbl_problems");
+        const QModelIndexList ghost = findings()->match(findings()->index(0, ProblemsModel::MessageColumn),
+                                                        Qt::DisplayRole, "feature \"ghost\"", 1, Qt::MatchStartsWith);
+        QCOMPARE(ghost.size(), 1);
+        emit table->activated(ghost.first());
+        QCOMPARE(editor->page(), 0);
+        QCOMPARE(view("mp_lst_features")->currentIndex().data().toString(), QString("ghost"));
+        // A layout file's problem shows the layouts.
+        emit table->activated(findings()->match(findings()->index(0, ProblemsModel::LocationColumn), Qt::DisplayRole,
+                                                "layouts/b.json", 1, Qt::MatchStartsWith)
+                                  .value(0));
+        QCOMPARE(editor->page(), 2);
+    }
     // The fixture's files are not laid out as a save writes them; a reload of the very
     // bytes a save writes leaves no finding.
     void reloadedFiles()
@@ -94,7 +133,7 @@ private slots:
     {
         QTest::addColumn<QString>("view");
         QTest::addColumn<QString>("id");
-        QTest::addColumn<int>("column");
+        QTest::addColumn<int>("column"); // -1 removes the feature
         QTest::addColumn<QString>("value");
         QTest::addColumn<QStringList>("rows");
         QTest::addColumn<int>("opens"); // the page activating the first row shows, -1 none
@@ -108,6 +147,17 @@ private slots:
             << QStringList{licensing, rewrite.arg("products/products.json:52:30"),
                            rewrite.arg("layouts/workspace.json:42:24")}
             << 2 << "basic";
+        QTest::newRow("licensed feature removed")
+            << "mp_lst_features" << "file_save" << -1 << ""
+            << QStringList{licensing, rewrite.arg("products/products.json:52:18"),
+                           rewrite.arg("layouts/workspace.json:41:28")}
+            << 2 << "basic";
+        QTest::newRow("product id repeated")
+            << "mp_lst_products" << "pro" << int(ProductsModel::IdColumn) << "basic"
+            << QStringList{"PE004 product \"basic\" (edited, in no file yet) product \"basic\" is defined again; both "
+                           "stay and most operations use the first",
+                           rewrite.arg("products/products.json:125:32")}
+            << 2 << "basic";
         QTest::newRow("base license outside the catalogue")
             << "mp_lst_products" << "pro" << int(ProductsModel::BaseColumn) << "lic_gold"
             << QStringList{"PE008 product \"pro\" (edited, in no file yet) license \"lic_gold\" "
@@ -116,7 +166,7 @@ private slots:
             << 2 << "pro";
         QTest::newRow("title edited") << "mp_lst_features" << "mesh_cut" << int(FeaturesModel::TitleColumn) << "Slice"
                                       << QStringList{rewrite.arg("products/products.json:58:27")}
-                                      << -1 << "";
+                                      << 5 << ""; // the products file, as a save writes it
     }
 
     void edit()
@@ -136,14 +186,19 @@ private slots:
         const int idColumn = view == "mp_lst_products" ? int(ProductsModel::IdColumn) : int(FeaturesModel::IdColumn);
         const QModelIndexList found = records->match(records->index(0, idColumn), Qt::DisplayRole, id, 1, Qt::MatchExactly);
         QCOMPARE(found.size(), 1);
-        QVERIFY(records->setData(found.first().siblingAtColumn(column), value));
+        if (column < 0) {
+            EditorTestState::view(qPrintable(view))->setCurrentIndex(found.first());
+            editor->run("mp_btn_remove_current");
+        } else {
+            QVERIFY(records->setData(found.first().siblingAtColumn(column), value));
+        }
         QVERIFY2(waitForRows(rows), qPrintable(Rows(findings()).join('\n')));
 
         editor->setPage(0);
         auto *table = editor->find<QAbstractItemView>("mp_tbl_problems");
         table->setCurrentIndex(findings()->index(0, 0));
         QTest::keyClick(table, Qt::Key_Return);
-        QCOMPARE(editor->page(), opens < 0 ? 0 : opens);
+        QCOMPARE(editor->page(), opens);
         if (!record.isEmpty())
             QCOMPARE(EditorTestState::view("mp_lst_products")->currentIndex().siblingAtColumn(ProductsModel::IdColumn).data().toString(),
                      record);
