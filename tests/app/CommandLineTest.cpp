@@ -1,7 +1,7 @@
 // The program, run as a process, and its folder opener driven in-process.
-#include "Commands.h"
-#include "EditorHost.h"
-#include "FileAccess.h"
+#include "commands/CommandRegistry.h"
+#include "host/EditorHost.h"
+#include "host/FileAccess.h"
 #include "TestHelpers.h"
 
 #include <QMainWindow>
@@ -183,7 +183,7 @@ private slots:
         if (window)
             QVERIFY(OpenEditorWindow(m_root, licenses, counting, Writer(), &messages));
         else
-            QCOMPARE(RunCheck(QStringList{m_root} + (catalogue ? QStringList{"--licenses", licenses} : QStringList()), counting), 0);
+            QCOMPARE(CommandRegistry::Find("check")->run(QStringList{m_root} + (catalogue ? QStringList{"--licenses", licenses} : QStringList()), counting), 0);
         QMap<QString, int> once{{m_root + "/products/products.json", 1}, {m_root + "/layouts/main.json", 1}};
         if (catalogue)
             once.insert(licenses, 1);

@@ -1,6 +1,6 @@
 // Saving loses nothing: the writer replaces a file only with a complete new one, and a
 // write that fails leaves the previous file byte for byte and is reported.
-#include "FileAccess.h"
+#include "host/FileAccess.h"
 #include "TestHelpers.h"
 
 #include <QDir>

@@ -1,5 +1,5 @@
 #include "EditorFixture.h"
-#include "EditorHost.h"
+#include "host/EditorHost.h"
 #include "FolderFiles.h"
 
 #include <QDirIterator>
