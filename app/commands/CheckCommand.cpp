@@ -74,10 +74,10 @@ int RunCheck(const QStringList &args, const Reader &reader)
 
 } // namespace
 
-extern const Command CheckCommand{QStringLiteral("check"),
-                                  QStringLiteral(
-                                   "  product-editor check DIR [--format text|json|sarif] [--strict]\n"
-                                   "      Load DIR, print the count of each record kind and warn about what\n"
-                                   "      loading or saving would quietly change (exit 1 on warnings with\n"
-                                   "      --strict).\n"),
-                                  RunCheck};
+extern const Command CheckCommand{
+    QStringLiteral("check"),
+    QStringLiteral("  product-editor check DIR [--format text|json|sarif] [--strict]\n"
+                   "      Load DIR, print the count of each record kind and warn about what\n"
+                   "      loading or saving would quietly change (exit 1 on warnings with\n"
+                   "      --strict).\n"),
+    RunCheck};

@@ -55,8 +55,8 @@ int RunCompareProducts(const QStringList &args, const Reader &reader)
 
 } // namespace
 
-extern const Command CompareProductsCommand{QStringLiteral("compare-products"),
-                                  QStringLiteral(
-                                   "  product-editor compare-products DIR LEFT RIGHT [--format text|json]\n"
-                                   "      Compare two products of DIR.\n"),
-                                  RunCompareProducts};
+extern const Command CompareProductsCommand{
+    QStringLiteral("compare-products"),
+    QStringLiteral("  product-editor compare-products DIR LEFT RIGHT [--format text|json]\n"
+                   "      Compare two products of DIR.\n"),
+    RunCompareProducts};

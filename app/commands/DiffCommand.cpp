@@ -117,12 +117,12 @@ int RunDiff(const QStringList &args, const Reader &reader)
 
 } // namespace
 
-extern const Command DiffCommand{QStringLiteral("diff"),
-                                  QStringLiteral(
-                                   "  product-editor diff DIR [OTHER] [--format text|json|review]\n"
-                                   "      Show what regenerating DIR changes, or how DIR and OTHER differ.\n"
-                                   "  product-editor diff DIR --from REV [--to REV] [--format text|json|review]\n"
-                                   "      Show how DIR differs between two git revisions (default --to: the\n"
-                                   "      working tree). --format review lists the changes in product terms,\n"
-                                   "      in Markdown (\"feature open: title \"Open\" -> \"Open file\"\").\n"),
-                                  RunDiff};
+extern const Command DiffCommand{
+    QStringLiteral("diff"),
+    QStringLiteral("  product-editor diff DIR [OTHER] [--format text|json|review]\n"
+                   "      Show what regenerating DIR changes, or how DIR and OTHER differ.\n"
+                   "  product-editor diff DIR --from REV [--to REV] [--format text|json|review]\n"
+                   "      Show how DIR differs between two git revisions (default --to: the\n"
+                   "      working tree). --format review lists the changes in product terms,\n"
+                   "      in Markdown (\"feature open: title \"Open\" -> \"Open file\"\").\n"),
+    RunDiff};

@@ -40,8 +40,8 @@ int RunGitSetup(const QStringList &args, const Reader &)
 
 } // namespace
 
-extern const Command GitSetupCommand{QStringLiteral("git-setup"),
-                                  QStringLiteral(
-                                   "  product-editor git-setup [DIR]\n"
-                                   "      Make the git working tree at DIR merge definition files with merge-file.\n"),
-                                  RunGitSetup};
+extern const Command GitSetupCommand{
+    QStringLiteral("git-setup"),
+    QStringLiteral("  product-editor git-setup [DIR]\n"
+                   "      Make the git working tree at DIR merge definition files with merge-file.\n"),
+    RunGitSetup};

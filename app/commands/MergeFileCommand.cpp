@@ -77,12 +77,12 @@ int RunMergeFile(const QStringList &args, const Reader &)
 
 } // namespace
 
-extern const Command MergeFileCommand{QStringLiteral("merge-file"),
-                                  QStringLiteral(
-                                   "  product-editor merge-file BASE OURS THEIRS [-o OUT] [-L OURS_LABEL\n"
-                                   "                            -L BASE_LABEL -L THEIRS_LABEL] [--marker-size N]\n"
-                                   "                            [--assume-canonical]\n"
-                                   "      Merge three versions of products.json or of a layout file into OUT\n"
-                                   "      (default: OURS); exit 1 when conflicts remain. --assume-canonical is\n"
-                                   "      faster and only correct for inputs as normalize writes them.\n"),
-                                  RunMergeFile};
+extern const Command MergeFileCommand{
+    QStringLiteral("merge-file"),
+    QStringLiteral("  product-editor merge-file BASE OURS THEIRS [-o OUT] [-L OURS_LABEL\n"
+                   "                            -L BASE_LABEL -L THEIRS_LABEL] [--marker-size N]\n"
+                   "                            [--assume-canonical]\n"
+                   "      Merge three versions of products.json or of a layout file into OUT\n"
+                   "      (default: OURS); exit 1 when conflicts remain. --assume-canonical is\n"
+                   "      faster and only correct for inputs as normalize writes them.\n"),
+    RunMergeFile};

@@ -158,8 +158,8 @@ int RunMergeFolders(const QStringList &args, const Reader &)
 
 } // namespace
 
-extern const Command MergeFoldersCommand{QStringLiteral("merge"),
-                                  QStringLiteral(
-                                   "  product-editor merge BASE_DIR OURS_DIR THEIRS_DIR --out DIR\n"
-                                   "      Merge three versions of a definition folder into DIR.\n"),
-                                  RunMergeFolders};
+extern const Command MergeFoldersCommand{
+    QStringLiteral("merge"),
+    QStringLiteral("  product-editor merge BASE_DIR OURS_DIR THEIRS_DIR --out DIR\n"
+                   "      Merge three versions of a definition folder into DIR.\n"),
+    RunMergeFolders};

@@ -101,10 +101,10 @@ int RunNormalize(const QStringList &args, const Reader &reader)
 
 } // namespace
 
-extern const Command NormalizeCommand{QStringLiteral("normalize"),
-                                  QStringLiteral(
-                                   "  product-editor normalize DIR [--out OUT] [--check] [--verbose]\n"
-                                   "      Rewrite DIR (or write OUT) in canonical form, leaving unchanged files\n"
-                                   "      alone; --check only lists the files that would change (exit 1 when\n"
-                                   "      any would); --verbose names the files written.\n"),
-                                  RunNormalize};
+extern const Command NormalizeCommand{
+    QStringLiteral("normalize"),
+    QStringLiteral("  product-editor normalize DIR [--out OUT] [--check] [--verbose]\n"
+                   "      Rewrite DIR (or write OUT) in canonical form, leaving unchanged files\n"
+                   "      alone; --check only lists the files that would change (exit 1 when\n"
+                   "      any would); --verbose names the files written.\n"),
+    RunNormalize};

@@ -67,9 +67,9 @@ int RunQuery(const QStringList &args, const Reader &reader)
 
 } // namespace
 
-extern const Command QueryCommand{QStringLiteral("query"),
-                                  QStringLiteral(
-                                   "  product-editor query DIR [--id KEYS] [--title KEYS] [--products KEYS]\n"
-                                   "                           [--layouts KEYS] [--licenses KEYS]\n"
-                                   "      Print the ids of the features that match the query.\n"),
-                                  RunQuery};
+extern const Command QueryCommand{
+    QStringLiteral("query"),
+    QStringLiteral("  product-editor query DIR [--id KEYS] [--title KEYS] [--products KEYS]\n"
+                   "                           [--layouts KEYS] [--licenses KEYS]\n"
+                   "      Print the ids of the features that match the query.\n"),
+    RunQuery};

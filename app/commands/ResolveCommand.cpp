@@ -107,9 +107,9 @@ int RunResolve(const QStringList &args, const Reader &)
 
 } // namespace
 
-extern const Command ResolveCommand{QStringLiteral("resolve"),
-                                  QStringLiteral(
-                                   "  product-editor resolve [PATH...]\n"
-                                   "      Merge the conflicted definition files of the git index again, add\n"
-                                   "      the clean ones and list the others (exit 1 when any remain).\n"),
-                                  RunResolve};
+extern const Command ResolveCommand{
+    QStringLiteral("resolve"),
+    QStringLiteral("  product-editor resolve [PATH...]\n"
+                   "      Merge the conflicted definition files of the git index again, add\n"
+                   "      the clean ones and list the others (exit 1 when any remain).\n"),
+    RunResolve};

@@ -1,5 +1,6 @@
 // The program, run as a process, and its folder opener driven in-process.
 #include "commands/CommandRegistry.h"
+#include "commands/Usage.h"
 #include "host/EditorHost.h"
 #include "host/FileAccess.h"
 #include "TestHelpers.h"
@@ -132,6 +133,22 @@ private slots:
         const Run run = Program(args.replaceInStrings("TMP", m_dir->path()));
         QVERIFY2(run.all().contains(text.replace("TMP", m_dir->path())), qPrintable(run.all()));
         QCOMPARE(run.status, status);
+    }
+
+    // A command is known by its entry alone: dispatched, listed in the usage, suggested.
+    void registry()
+    {
+        QStringList names;
+        for (const Command *command : CommandRegistry::Commands()) {
+            QVERIFY2(!names.contains(command->name), qPrintable(command->name));
+            names << command->name;
+            QCOMPARE(CommandRegistry::Find(command->name), command);
+            QVERIFY(command->synopsis.startsWith("  product-editor " + command->name + " "));
+            QVERIFY(command->synopsis.endsWith('\n'));
+            QVERIFY(UsageText().contains(command->synopsis));
+            QCOMPARE(CommandRegistry::Suggestion(command->name.chopped(1)), command->name);
+        }
+        QVERIFY(!CommandRegistry::Find("nope"));
     }
 
     void normalize()
