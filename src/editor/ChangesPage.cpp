@@ -96,6 +96,7 @@ ChangesPage::ChangesPage(Ui::VantixJSONEditorClass &ui, Model &model)
     m_notice->setWordWrap(true);
     ui.verticalLayout_4->insertWidget(ui.verticalLayout_4->indexOf(ui.mp_tree_diff) + 1, m_notice);
     m_review = std::make_unique<DiffReview>(ui, m_tabBar);
+    m_review->SetDocuments([this](int tab) { return tab >= 0 && tab < m_shown.size() ? m_shown[tab].document : ComparedDocument(); });
     Recheck();
     connect(ui.mp_btn_update, &QPushButton::clicked, this, &ChangesPage::_Update);
     connect(ui.mp_btn_apply_patch, &QPushButton::clicked, this, &ChangesPage::_ApplyChanges);

@@ -236,10 +236,20 @@ void DiffReview::SetTicks(const QVector<QVector<int>> &ticks)
     }
 }
 
+void DiffReview::SetDocuments(std::function<ComparedDocument(int tab)> documentOf)
+{
+    m_documentOf = std::move(documentOf);
+}
+
 void DiffReview::_ShowDetails(const QModelIndex &current)
 {
     const QJsonDiffTreeItem *node = NodeOf(current);
-    m_details->setPlainText(node ? DiffText::Details(*node, m_applicable) : QString());
+    if (!node) {
+        m_details->clear();
+        return;
+    }
+    const ComparedDocument document = m_documentOf ? m_documentOf(m_tabBar->currentIndex()) : ComparedDocument();
+    m_details->setPlainText(DiffText::Details(*node, m_applicable, document.left, document.right));
 }
 
 } // namespace ProductEditor

@@ -1,9 +1,13 @@
 #pragma once
 
+#include "store/ComparedDocument.h"
+
 #include <QMetaObject>
 #include <QObject>
 #include <QString>
 #include <QVector>
+
+#include <functional>
 
 class QAbstractItemModel;
 class QLabel;
@@ -43,6 +47,8 @@ public:
     // Per tab, the rows (counted in the tree's order) that take the right side.
     QVector<QVector<int>> Ticks() const;
     void SetTicks(const QVector<QVector<int>> &ticks);
+    // Where the details find the two compared documents of a tab.
+    void SetDocuments(std::function<ComparedDocument(int tab)> documentOf);
 
 private:
     void _ShowDetails(const QModelIndex &current);
@@ -57,6 +63,7 @@ private:
     Standing m_standing = NotCompared;
     QMetaObject::Connection m_current;
     QMetaObject::Connection m_ticks;
+    std::function<ComparedDocument(int tab)> m_documentOf;
 };
 
 } // namespace ProductEditor

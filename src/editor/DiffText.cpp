@@ -10,6 +10,8 @@
 #include <QJsonObject>
 #include <QStringList>
 
+#include <algorithm>
+
 namespace ProductEditor {
 namespace DiffText {
 
@@ -67,6 +69,43 @@ QString Outcome(const QJsonDiffTreeItem &node, bool applicable)
     return left ? QStringLiteral("keeps the left value") : QStringLiteral("takes the right value");
 }
 
+// The value `node` stands for in `document`: members by key, array elements by their "id".
+QJsonValue ValueAt(const QJsonObject &document, const QJsonTreeItem &node)
+{
+    QVector<const QJsonTreeItem *> path;
+    for (const QJsonTreeItem *item = &node; item && item->parent(); item = item->parent())
+        path.prepend(item);
+    QJsonValue value(document);
+    for (const QJsonTreeItem *item : path) {
+        if (value.isObject()) {
+            value = value.toObject().value(item->key());
+            continue;
+        }
+        const QJsonArray array = value.toArray();
+        const auto element = std::find_if(array.begin(), array.end(), [item](const QJsonValue &candidate) {
+            return candidate.toObject().value(QLatin1String("id")).toString() == item->key();
+        });
+        if (element == array.end())
+            return QJsonValue(QJsonValue::Undefined);
+        value = *element;
+    }
+    return value;
+}
+
+// Both sides of a record that changed inside, or nothing for anything larger than a record.
+bool RecordSides(const QJsonDiffTreeItem &node, const QJsonObject &left, const QJsonObject &right,
+                 QString &leftText, QString &rightText)
+{
+    if (node.childCount() == 0 || !InArray(node) || (left.isEmpty() && right.isEmpty()))
+        return false;
+    const QJsonValue leftValue = ValueAt(left, node);
+    const QJsonValue rightValue = ValueAt(right, node);
+    const QString absent = QStringLiteral("(absent)");
+    leftText = leftValue.isUndefined() ? absent : Json(leftValue);
+    rightText = rightValue.isUndefined() ? absent : Json(rightValue);
+    return true;
+}
+
 } // namespace
 
 int CountDifferences(const QJsonTreeItem *root)
@@ -86,17 +125,19 @@ QString Differences(int count)
     return count == 1 ? QStringLiteral("1 difference") : QStringLiteral("%1 differences").arg(count);
 }
 
-QString Details(const QJsonDiffTreeItem &node, bool applicable)
+QString Details(const QJsonDiffTreeItem &node, bool applicable, const QJsonObject &leftDocument,
+                const QJsonObject &rightDocument)
 {
     const int type = node.diffType();
     const QString absent = QStringLiteral("(absent)");
-    const QString left = (type & Flag::RightOnly) ? absent : Json(node.values().left);
-    const QString right = (type & Flag::LeftOnly) ? absent : Json(node.values().right);
+    QString left = (type & Flag::RightOnly) ? absent : Json(node.values().left);
+    QString right = (type & Flag::LeftOnly) ? absent : Json(node.values().right);
     QStringList lines{QStringLiteral("Path: ") + Path(node)};
     if (const auto change = applicable ? RecordChangeOfDiffNode(node) : std::nullopt)
         lines << QStringLiteral("In product terms: ") + WordChange(*change, ChangeWording::Statement);
     const Difference &values = node.values();
-    if ((type & Flag::Choosable) || !values.left.isNull() || !values.right.isNull())
+    if ((type & Flag::Choosable) || !values.left.isNull() || !values.right.isNull()
+        || RecordSides(node, leftDocument, rightDocument, left, right))
         lines << QStringLiteral("Left:") << left << QStringLiteral("Right:") << right;
     else
         lines << QStringLiteral("Changed inside; the rows below it hold the values.");

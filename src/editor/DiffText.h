@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QString>
 
 namespace ProductEditor {
@@ -15,7 +16,10 @@ int CountDifferences(const QJsonTreeItem *root);
 // "3 differences", "1 difference".
 QString Differences(int count);
 // The node's path, both sides as indented JSON, and what "Apply changes" does with it.
-QString Details(const QJsonDiffTreeItem &node, bool applicable);
+// A record that changed inside (an element of an array, such as one feature) holds no
+// values of its own; its sides are then read from the two compared documents.
+QString Details(const QJsonDiffTreeItem &node, bool applicable, const QJsonObject &left = {},
+                const QJsonObject &right = {});
 
 } // namespace DiffText
 

@@ -158,6 +158,10 @@ void UndoHistory::Restore(const RecordsSnapshot &snapshot, const ChangesPage::St
     const QString featureProduct = CurrentId(m_ui.mp_lst_feature_product, ProductsModel::IdColumn);
 
     m_restoring = true;
+    // The extension tables look their current extension up with insertion: while the
+    // records change under them none is current, so a stale id never comes back as a
+    // new, empty extension (a sorted table reads every row as soon as it is reset).
+    m_model.SelectExtension(QString());
     ResetAround(m_sources, [this, &snapshot] { snapshot.Restore(m_model.GetData()); });
     m_current = snapshot;
     m_changes.Restore(changes);

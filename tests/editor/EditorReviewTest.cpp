@@ -142,6 +142,12 @@ private slots:
         QCOMPARE(details(), "Path: features / feature / file_open / title\n"
                             "In product terms: feature file_open: title \"Open\" -> \"Opened\"\n"
                             "Left:\n\"Open\"\nRight:\n\"Opened\"\nApply changes: keeps the left value");
+        // The feature above it changed inside: both whole features.
+        tree()->setCurrentIndex(tree()->currentIndex().parent());
+        QVERIFY2(details().contains("Left:\n{\n    \"id\": \"file_open\",\n    \"statustip\": \"Opens a file\",\n"
+                                    "    \"title\": \"Open\",\n    \"tooltip\": \"Open a file\"\n}\nRight:\n{"),
+                 qPrintable(details()));
+        QVERIFY(details().contains("    \"title\": \"Opened\",\n"));
     }
 };
 

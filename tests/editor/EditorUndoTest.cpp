@@ -202,6 +202,64 @@ private slots:
         QCOMPARE(editor->model("mp_lst_feature_layout")->index(0, 1).data(Qt::UserRole), true); // "expert" of pro
     }
 
+    // Every change on the Extensions page comes back byte for byte, and goes again on redo.
+    void extensionStepsRestoreTheBytes_data()
+    {
+        QTest::addColumn<QString>("change");
+        QTest::newRow("rename") << "rename";
+        QTest::newRow("add") << "add";
+        QTest::newRow("remove") << "remove";
+        QTest::newRow("flag") << "flag";
+        QTest::newRow("product access") << "access";
+    }
+    void extensionStepsRestoreTheBytes()
+    {
+        QFETCH(QString, change);
+        editor->show(2);
+        view("mp_lst_extensions")->setCurrentIndex(cell("mp_lst_extensions", 0, 0));
+        const auto before = save();
+        if (change == "rename") {
+            auto *id = editor->find<QLineEdit>("mp_edt_ext_id");
+            id->setFocus();
+            id->selectAll();
+            QTest::keyClicks(id, "stp");
+            QTest::keyClick(id, Qt::Key_Return);
+        } else if (change == "add") {
+            editor->run("mp_btn_add_new_extension");
+        } else if (change == "remove") {
+            editor->run("mp_btn_remove_extension");
+        } else if (change == "flag") {
+            auto *flag = editor->find<QWidget>("mp_chk_ext_cad_support");
+            QTest::mouseClick(flag, Qt::LeftButton, {}, QPoint(6, flag->height() / 2));
+        } else {
+            click("mp_lst_ext_product", 0, 2);
+        }
+        view("mp_lst_extensions")->setFocus(); // a field commits as it loses focus
+        QTest::qWait(0);
+        QCOMPARE(stack()->index(), 1);
+        const auto after = save();
+        QVERIFY(after != before);
+        editor->run("mp_run_undo");
+        QCOMPARE(save(), before);
+        editor->run("mp_run_redo");
+        QCOMPARE(save(), after);
+    }
+
+    // Unticking by undo keeps the row the tick was made on current.
+    void undoKeepsTheTickedRow()
+    {
+        view("mp_lst_features")->setCurrentIndex(cell("mp_lst_features", 2, 0));
+        view("mp_lst_feature_product")->setCurrentIndex(cell("mp_lst_feature_product", 1, 0));
+        const QVariant ticked = cell("mp_lst_feature_product", 1, 0).data(Qt::UserRole);
+        click("mp_lst_feature_product", 1, 0);
+        QTest::qWait(0);
+        QVERIFY(cell("mp_lst_feature_product", 1, 0).data(Qt::UserRole) != ticked);
+        editor->run("mp_run_undo");
+        QCOMPARE(cell("mp_lst_feature_product", 1, 0).data(Qt::UserRole), ticked);
+        QCOMPARE(view("mp_lst_feature_product")->currentIndex().row(), 1);
+        QCOMPARE(editor->text("mp_edt_id"), "mesh_cut");
+    }
+
     // Edit > Undo while a field still holds typed text undoes the typing, not the step before it.
     void undoTakesTheTypingFirst()
     {
