@@ -28,14 +28,19 @@ class EditorUndoTest : public QObject, EditorTestState
             emit view(name)->clicked(cell(name, row % rows, column));
     }
 
-    // One edit the way the window makes it, picked by `random`.
-    void randomEdit(QRandomGenerator &random)
+    // One edit the way the window makes it, picked by `random`; says what it did.
+    QString randomEdit(QRandomGenerator &random)
     {
         const int features = editor->model("mp_lst_features")->rowCount();
         const int row = random.bounded(qMax(features, 1));
         view("mp_lst_features")->setCurrentIndex(cell("mp_lst_features", row, 0));
         const int at = random.bounded(8);
-        switch (random.bounded(8)) {
+        const int kind = random.bounded(14);
+        const QString what = QString("edit %1/%2 on feature row %3").arg(kind).arg(at).arg(row);
+        QAbstractItemModel *extensions = editor->model("mp_lst_extensions");
+        const int extension = random.bounded(qMax(extensions->rowCount(), 1));
+        view("mp_lst_extensions")->setCurrentIndex(extensions->index(extension, 0));
+        switch (kind) {
         case 0:
             editor->model("mp_lst_features")->setData(cell("mp_lst_features", row, 1 + at % 3), QString("t%1").arg(at));
             break;
@@ -59,6 +64,26 @@ class EditorUndoTest : public QObject, EditorTestState
         case 6:
             click("mp_lst_ext_product", at, 1 + at % 6);
             break;
+        case 7:
+            click("mp_lst_ext_layout", at, 1 + at % 6);
+            break;
+        case 8:
+            click("mp_lst_ext_licenses", at, 2 + at % 2);
+            break;
+        case 9: // an id, a text or a flag of the extension
+            extensions->setData(extensions->index(extension, at % 7),
+                                at % 7 < 3 ? QVariant(QString("x%1").arg(at)) : QVariant(at % 2 == 0));
+            break;
+        case 10:
+            editor->run(extensions->rowCount() > 1 && at % 2 ? "mp_btn_remove_extension" : "mp_btn_add_new_extension");
+            break;
+        case 11: // a product's id, suffix or base license
+            editor->model("mp_lst_products")->setData(cell("mp_lst_products", at % 2, 1 + at % 3), QString("p%1").arg(at));
+            break;
+        case 12:
+            answers->Then({QString("copy%1").arg(random.bounded(1000))});
+            editor->run(at % 2 ? "mp_btn_duplicate" : "mp_btn_duplicate_product");
+            break;
         default:
             editor->model("mp_lst_features")->setData(cell("mp_lst_features", row, 1), "to apply");
             QTest::qWait(0);
@@ -67,6 +92,7 @@ class EditorUndoTest : public QObject, EditorTestState
             editor->run("mp_btn_apply_patch");
         }
         QTest::qWait(0);
+        return what;
     }
 
 private slots:
@@ -129,12 +155,12 @@ private slots:
         QCOMPARE(save(), after);
     }
 
-    // Seeded edits through the window; undoing them all saves the original bytes,
-    // redoing them all the bytes saved after them.
+    // Seeded edits of every kind through the window, each perhaps undone or undone and
+    // redone; undoing them all saves the original bytes, redoing them all the last ones.
     void undoAllRedoAll_data()
     {
         QTest::addColumn<quint32>("seed");
-        for (quint32 seed : {1u, 2u, 3u, 4u, 5u, 6u})
+        for (quint32 seed = 1; seed <= 20; ++seed)
             QTest::newRow(qPrintable(QString("seed %1").arg(seed))) << seed;
     }
     void undoAllRedoAll()
@@ -142,20 +168,32 @@ private slots:
         QFETCH(quint32, seed);
         QRandomGenerator random(seed);
         const auto original = save();
-        for (int i = 0; i < 12; ++i)
-            randomEdit(random);
+        QStringList done;
+        for (int i = 0; i < 15; ++i) {
+            done << randomEdit(random);
+            const int then = random.bounded(6);
+            if (then < 3 && stack()->canUndo()) {
+                editor->run("mp_run_undo");
+                done << "undo";
+                if (then == 0) {
+                    editor->run("mp_run_redo");
+                    done << "redo";
+                }
+            }
+        }
+        const QString sequence = QString("seed %1: %2").arg(seed).arg(done.join(", "));
         const auto edited = save();
         QSignalSpy indexes(stack(), &QUndoStack::indexChanged);
         const int steps = stack()->index();
-        QVERIFY(steps > 0);
         while (stack()->canUndo())
             editor->run("mp_run_undo");
         QCOMPARE(indexes.size(), steps);
-        QCOMPARE(save(), original);
-        while (stack()->canRedo())
+        QVERIFY2(save() == original, qPrintable("undoing all differs from the first save after " + sequence));
+        while (stack()->index() < steps)
             editor->run("mp_run_redo");
-        QCOMPARE(save(), edited);
-        QCOMPARE(indexes.takeLast().at(0).toInt(), steps);
+        QVERIFY2(save() == edited, qPrintable("redoing all differs from the last save after " + sequence));
+        QCOMPARE(stack()->index(), steps);
+        QCOMPARE(answers->Pending(), 0);
     }
 
     // Edit > History lists the steps; a click moves there, and the saved step is marked.
