@@ -6,7 +6,7 @@
 // A longer campaign on a folder of one's own: PE_KILL_FOLDER=DIR (for example one written by
 // pe-generate) replaces the example, and PE_KILL_CAMPAIGN=N kills each save at N calls picked
 // at random (seeded by PE_KILL_SEED) instead of at each call in turn.
-#include "EditorHost.h"
+#include "host/EditorHost.h"
 #include "FolderFiles.h"
 #include "TestHelpers.h"
 
