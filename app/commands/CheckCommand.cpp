@@ -52,14 +52,11 @@ int RunCheck(const QStringList &args, const Reader &reader)
 
     FolderChecker checker(reader, CatalogueFile(parser));
     const CheckResult result = checker.Check(parser.positionalArguments().at(0));
-    for (const QString &warning : RecoveryWarnings(result.recovery))
-        Err() << warning << "\n";
+    ProgramMessage::Print(RecoveryWarnings(result.recovery));
     // Each skipped layout file is a finding (PE011) of an opened folder, in every format;
     // the warnings are told only for a folder that could not be opened.
-    if (!result.store) {
-        for (const QString &message : OpenMessages(result.report, result.catalogueProblem))
-            Err() << message << "\n";
-    }
+    if (!result.store)
+        ProgramMessage::Print(OpenMessages(result.report, result.catalogueProblem));
     const RecordCounts counts = CountsOf(result.store.get());
     switch (format) {
     case CheckFormat::Text: PrintDiagnosticsText(Out(), counts, result.diagnostics); break;

@@ -57,7 +57,6 @@ std::unique_ptr<ProductEditor::VantixJsonData> OpenFolder(const QString &path, c
 {
     FolderOpener opener(reader, catalogueFile);
     auto store = opener.Open(path, writer);
-    for (const QString &message : opener.Messages())
-        Err() << message << "\n";
+    ProgramMessage::Print(opener.Messages());
     return store;
 }

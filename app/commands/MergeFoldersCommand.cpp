@@ -100,8 +100,7 @@ int WriteResult(const FolderMerge &merge, const QStringList &paths, const QDir &
 {
     FolderOpener opener(FileAccess::ReadFile, QString());
     const bool recovered = opener.Recover(out.absolutePath());
-    for (const QString &message : opener.Messages())
-        Err() << message << "\n";
+    ProgramMessage::Print(opener.Messages());
     if (!recovered)
         return ExitError;
     FolderTransaction save(out.absolutePath());

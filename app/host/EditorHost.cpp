@@ -163,8 +163,7 @@ int RunEditor(const QStringList &args, int &argc, char **argv)
 
     QStringList messages;
     const std::unique_ptr<QMainWindow> window = OpenHostWindow(folder, options.licenses, &messages);
-    for (const QString &message : messages)
-        Err() << message << "\n";
+    ProgramMessage::Print(messages);
     if (!window)
         return ExitError;
     if (!options.screenshot.isEmpty())

@@ -53,8 +53,7 @@ Reader HostFeedback::reader()
             // Load and Reload see the folder as its last save left it, finished or undone.
             FolderOpener opener(FileAccess::ReadFile, QString());
             const bool recovered = opener.Recover(FolderOf(path));
-            for (const QString &message : opener.Messages())
-                Err() << message << "\n";
+            ProgramMessage::Print(opener.Messages());
             m_recoveryRefusal = recovered ? QString() : opener.Messages().last();
             if (!recovered)
                 return QByteArray();

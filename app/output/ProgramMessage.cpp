@@ -28,3 +28,9 @@ int ProgramMessage::Fail(const QString &message)
     Err() << Text(message) << "\n";
     return ExitError;
 }
+
+void ProgramMessage::Print(const QStringList &lines)
+{
+    for (const QString &line : lines)
+        Err() << line << "\n";
+}

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 // The one wording of the program's own lines: "product-editor: MESSAGE" for errors and
 // notices, "product-editor: warning: MESSAGE" for warnings. Every command, printer and
@@ -16,4 +17,7 @@ public:
 
     // Prints Text(message) on stderr; returns ExitError.
     static int Fail(const QString &message);
+
+    // Prints lines worded here (or by LoadMessages), one a line, on stderr.
+    static void Print(const QStringList &lines);
 };
