@@ -5,6 +5,10 @@
 #include "output/LoadMessages.h"
 #include "output/ProgramMessage.h"
 
+#include "check/SaveLosses.h"
+#include "models/ProblemsModel.h"
+
+#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
 #include <QDir>
@@ -14,6 +18,7 @@
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QSettings>
+#include <QSortFilterProxyModel>
 #include <QStatusBar>
 
 using namespace ProductEditor;
@@ -121,6 +126,16 @@ void HostFeedback::_UpdateTitle()
     m_window->setWindowTitle(QStringLiteral("Product editor - %1[*]").arg(Native(m_window->windowFilePath())));
 }
 
+// The Problems panel still shows the files as they were before the save: its check
+// of the written files has not run yet.
+QString HostFeedback::_SaveLosses() const
+{
+    const auto *table = m_window->findChild<QAbstractItemView *>(QStringLiteral("mp_tbl_problems"));
+    const auto *sorted = table ? qobject_cast<const QSortFilterProxyModel *>(table->model()) : nullptr;
+    const auto *problems = sorted ? qobject_cast<const ProblemsModel *>(sorted->sourceModel()) : nullptr;
+    return problems ? SaveLosses(problems->GetDiagnostics()) : QString();
+}
+
 void HostFeedback::_ReportSave()
 {
     if (m_saved.isEmpty())
@@ -137,6 +152,9 @@ void HostFeedback::_ReportSave()
             QStringLiteral("Could not save %1 of %2 files to %3").arg(m_failed).arg(m_saved.size()).arg(folder));
         // The store does not know; the changes are still not on disk.
         m_window->setWindowModified(true);
+    } else if (const QString losses = _SaveLosses(); !losses.isEmpty()) {
+        m_window->statusBar()->showMessage(
+            QStringLiteral("Saved %1 files; %2, see Problems").arg(m_saved.size()).arg(losses));
     } else {
         m_window->statusBar()->showMessage(QStringLiteral("Saved %1 files to %2 (%3 unchanged)")
                                                .arg(m_saved.size())

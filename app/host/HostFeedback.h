@@ -35,6 +35,7 @@ private:
     void _RestoreDocks();
     void _UpdateTitle();
     void _ReportSave();
+    QString _SaveLosses() const;
     void _ReportLoad();
     // Save, Discard or Cancel; true when the window may close.
     bool _MayClose();

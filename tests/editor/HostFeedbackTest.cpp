@@ -73,6 +73,21 @@ private slots:
         QVERIFY(window->findChild<QDockWidget *>("mp_dock_problems")->isHidden());
     }
 
+    // A save that drops what the files held says so, in one sentence.
+    void savedLossesAreTold()
+    {
+        const QString folder = copyExample();
+        const QString products = folder + "/products/products.json";
+        QByteArray bytes = Read(products).replace(0, 1, R"({"extra": 1, "extra": 2,)");
+        Write(products, bytes.insert(bytes.indexOf("\"cad_support\""), R"("colour": "red", )"));
+        QStringList messages;
+        std::unique_ptr<QMainWindow> window = OpenHostWindow(folder, QString(), &messages);
+        QTRY_COMPARE(window->findChild<QDockWidget *>("mp_dock_problems")->windowTitle(), QString("Problems (3)"));
+        window->findChild<QAction *>("mp_run_save")->trigger();
+        QCOMPARE(window->statusBar()->currentMessage(),
+                 QString("Saved 3 files; 1 unknown key and 1 repeated key were dropped, see Problems"));
+    }
+
     // The host marks a failed save unsaved; stepping back and forth to that step keeps the mark.
     void failedSaveStaysUnsavedThroughUndoAndRedo()
     {
