@@ -12,6 +12,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QDockWidget>
 #include <QFileInfo>
 #include <QMainWindow>
 #include <QPixmap>
@@ -52,6 +53,9 @@ int RenderScreenshot(QMainWindow *window, const EditorOptions &options)
             tabs->setCurrentIndex(options.tab);
         PreparePage(window, options.tab);
     }
+    // The docks as the program first shows them, whatever a user's settings say.
+    for (QDockWidget *dock : window->findChildren<QDockWidget *>())
+        dock->setVisible(dock->objectName() == QLatin1String("mp_dock_problems"));
     // Larger than the form's own size so that every column of the wide tables reads in full.
     window->resize(1600, 960);
     window->show();
