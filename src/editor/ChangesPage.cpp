@@ -84,9 +84,10 @@ QString Names(const QVector<ComparedDocument> &documents)
 
 } // namespace
 
-ChangesPage::ChangesPage(Ui::VantixJSONEditorClass &ui, Model &model)
+ChangesPage::ChangesPage(Ui::VantixJSONEditorClass &ui, Model &model, const EditSteps &steps)
     : m_ui(ui)
     , m_model(model)
+    , m_steps(steps)
     , m_tabBar(new QTabBar(ui.mp_tab_diff))
     , m_notice(new QLabel(ui.mp_tab_diff))
 {
@@ -126,7 +127,7 @@ void ChangesPage::CompareDocuments()
     m_ui.mp_btn_apply_patch->show();
     m_review->Recount(true);
     _Compared(QStringLiteral("the files as loaded with the documents last regenerated: %1").arg(Names(documents)),
-              m_regeneratedRecords);
+              m_regeneratedRecords, m_regeneratedStep);
 }
 
 void ChangesPage::CompareProducts(const QString &leftId, const QString &rightId)
@@ -138,7 +139,8 @@ void ChangesPage::CompareProducts(const QString &leftId, const QString &rightId)
              {QStringLiteral("Key"), leftId, rightId}, false);
     m_ui.mp_btn_apply_patch->hide();
     m_review->Recount(false);
-    _Compared(QStringLiteral("product %1 with product %2").arg(leftId, rightId), m_regeneratedRecords);
+    _Compared(QStringLiteral("product %1 with product %2").arg(leftId, rightId), m_regeneratedRecords,
+              m_regeneratedStep);
 }
 
 void ChangesPage::_Update()
@@ -150,45 +152,52 @@ void ChangesPage::_Update()
     m_review->Recount(true);
     _Compared(QStringLiteral("the files as loaded with the documents regenerated from the definitions: %1")
                   .arg(Names(documents)),
-              m_regeneratedRecords);
+              m_regeneratedRecords, m_regeneratedStep);
 }
 
 void ChangesPage::Regenerated()
 {
     m_regeneratedRecords = RecordsSnapshot::Take(m_model.GetData());
+    m_regeneratedStep = m_steps.Current();
 }
 
 void ChangesPage::Loaded()
 {
     // The store's documents are the loaded ones now, not regenerated from anything.
     m_regeneratedRecords.reset();
+    m_regeneratedStep = m_steps.Current();
     Recheck();
 }
 
-void ChangesPage::_Compared(const QString &what, std::optional<RecordsSnapshot> records)
+void ChangesPage::_Compared(const QString &what, std::optional<RecordsSnapshot> records, EditSteps::Step step)
 {
     m_compared = what;
     m_comparedRecords = std::move(records);
+    m_comparedStep = step;
     Recheck();
 }
 
+// Records edited back to what was compared make the comparison current again. Documents
+// as loaded, not regenerated from records, are current until the first edit.
 void ChangesPage::Recheck()
 {
-    const bool current = m_comparedRecords && *m_comparedRecords == RecordsSnapshot::Take(m_model.GetData());
-    QString text =
-        QStringLiteral("Not compared yet: press Update to compare the definitions with the files as loaded.");
-    if (!m_compared.isEmpty()) {
-        text = QStringLiteral("Compared %1; only documents with differences have a tab.").arg(m_compared);
-        if (!current)
-            text += QStringLiteral("\nThese differences do not describe the definitions as they are now: "
-                                   "press Update to compare again.");
+    if (m_compared.isEmpty()) {
+        m_notice->clear();
+        m_notice->hide();
+        m_review->SetStanding(DiffReview::NotCompared);
+        return;
     }
-    m_notice->setText(text);
-    QFont font = m_notice->font();
-    font.setBold(!m_compared.isEmpty() && !current);
-    m_notice->setFont(font);
-    m_review->SetCurrent(m_compared.isEmpty() ? DiffReview::NotCompared
-                                              : current ? DiffReview::Current : DiffReview::OutOfDate);
+    m_notice->setText(QStringLiteral("Compared %1; only documents with differences have a tab.").arg(m_compared));
+    m_notice->show();
+    const int edits = m_steps.Distance(m_comparedStep, m_steps.Current());
+    const bool current = m_comparedRecords ? *m_comparedRecords == RecordsSnapshot::Take(m_model.GetData())
+                                           : edits == 0;
+    m_review->SetStanding(current ? DiffReview::Current : DiffReview::OutOfDate, qMax(edits, 1));
+}
+
+int ChangesPage::DifferenceCount() const
+{
+    return m_review->DifferenceCount();
 }
 
 ChangesPage::State ChangesPage::Capture() const
@@ -205,6 +214,8 @@ ChangesPage::State ChangesPage::Capture() const
     state.compared = m_compared;
     state.comparedRecords = m_comparedRecords;
     state.regeneratedRecords = m_regeneratedRecords;
+    state.comparedStep = m_comparedStep;
+    state.regeneratedStep = m_regeneratedStep;
     state.productsResult = data.GetProductsResultJson();
     state.layoutsResult = data.GetLayoutsResultJsons();
     return state;
@@ -216,6 +227,7 @@ void ChangesPage::Restore(const State &state)
     data.GetProductsResultJson() = state.productsResult;
     data.GetLayoutsResultJsons() = state.layoutsResult;
     m_regeneratedRecords = state.regeneratedRecords;
+    m_regeneratedStep = state.regeneratedStep;
     // The same documents give the same tree, so a step back past an Update builds it again.
     if (state.build != m_build) {
         _Show(nullptr);
@@ -237,6 +249,7 @@ void ChangesPage::Restore(const State &state)
     m_review->Recount(state.applicable);
     m_compared = state.compared;
     m_comparedRecords = state.comparedRecords;
+    m_comparedStep = state.comparedStep;
     Recheck();
 }
 

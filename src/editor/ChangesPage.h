@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editor/EditSteps.h"
 #include "store/ComparedDocument.h"
 #include "store/RecordsSnapshot.h"
 
@@ -52,11 +53,13 @@ public:
         QString compared; // what was compared, in words; empty before the first comparison
         std::optional<RecordsSnapshot> comparedRecords;
         std::optional<RecordsSnapshot> regeneratedRecords;
+        EditSteps::Step comparedStep = -1;
+        EditSteps::Step regeneratedStep = -1;
         QJsonObject productsResult;
         QMap<QString, QJsonObject> layoutsResult;
     };
 
-    ChangesPage(Ui::VantixJSONEditorClass &ui, Model &model);
+    ChangesPage(Ui::VantixJSONEditorClass &ui, Model &model, const EditSteps &steps);
     ~ChangesPage() override;
 
     QTabBar *TabBar() const;
@@ -71,8 +74,11 @@ public:
     void Regenerated();
     // The store holds a folder as loaded.
     void Loaded();
-    // Tells on the page whether the shown differences still describe the records.
+    // Tells on the page whether the shown differences still describe the records, and
+    // if not, how many edits ago they did.
     void Recheck();
+    // The differences on the page, as "Apply changes" takes them.
+    int DifferenceCount() const;
     State Capture() const;
     void Restore(const State &state);
 
@@ -82,7 +88,7 @@ private:
     void _Rebuild(const QVector<ComparedDocument> &documents, Refresh refresh, const QStringList &headers = {},
                   bool editable = true);
     void _AddTab(const Shown &shown, VantixFeaturesDiffModel *model);
-    void _Compared(const QString &what, std::optional<RecordsSnapshot> records);
+    void _Compared(const QString &what, std::optional<RecordsSnapshot> records, EditSteps::Step step);
     void _Show(VantixFeaturesDiffModel *model);
     void _ClearTabs();
     void _Update();
@@ -90,6 +96,7 @@ private:
 
     Ui::VantixJSONEditorClass &m_ui;
     Model &m_model;
+    const EditSteps &m_steps;
     QTabBar *m_tabBar = nullptr; // owned by the Changes page widget
     std::unique_ptr<DiffReview> m_review;
     QLabel *m_notice; // owned by the Changes page widget
@@ -98,6 +105,8 @@ private:
     QString m_compared;
     std::optional<RecordsSnapshot> m_comparedRecords;    // the records the shown differences describe
     std::optional<RecordsSnapshot> m_regeneratedRecords; // the records the store's documents were made from
+    EditSteps::Step m_comparedStep = -1;    // the step of the shown differences
+    EditSteps::Step m_regeneratedStep = -1; // the step of the store's documents
 };
 
 } // namespace ProductEditor

@@ -81,11 +81,12 @@ QPushButton *AddButton(QHBoxLayout *row, const char *name, const QString &text, 
 DiffReview::DiffReview(Ui::VantixJSONEditorClass &ui, QTabBar *tabBar)
     : m_ui(ui)
     , m_tabBar(tabBar)
-    , m_summary(new QLabel(QStringLiteral("Not compared yet")))
+    , m_summary(new QLabel(DiffText::NotCompared()))
     , m_details(new QPlainTextEdit)
 {
     auto *row = new QHBoxLayout;
     m_summary->setObjectName(QStringLiteral("mp_lbl_diff_summary"));
+    m_summary->setWordWrap(true);
     row->addWidget(m_summary, 1);
     QPushButton *previous = AddButton(row, "mp_btn_previous_difference", QStringLiteral("Previous"),
                                       QKeySequence(Qt::SHIFT | Qt::Key_F8));
@@ -118,6 +119,7 @@ void DiffReview::Recount(bool applicable)
         total += count;
         documents += count > 0 ? 1 : 0;
     }
+    m_total = total;
     m_counted = total == 0 ? QStringLiteral("No differences")
                            : QStringLiteral("%1 in %2").arg(DiffText::Differences(total),
                                                             documents == 1 ? QStringLiteral("1 document")
@@ -131,18 +133,29 @@ bool DiffReview::Applicable() const
     return m_applicable;
 }
 
-void DiffReview::SetCurrent(Standing standing)
+int DiffReview::DifferenceCount() const
+{
+    return m_total;
+}
+
+void DiffReview::SetStanding(Standing standing, int edits)
 {
     m_standing = standing;
+    m_edits = edits;
     _ShowSummary();
 }
 
+// A count that no longer describes the definitions is not shown at all, so it cannot be taken as current.
 void DiffReview::_ShowSummary()
 {
-    if (m_standing == NotCompared)
-        m_summary->setText(QStringLiteral("Not compared yet"));
-    else
-        m_summary->setText(m_standing == Current ? m_counted : m_counted + QStringLiteral(" (out of date)"));
+    switch (m_standing) {
+    case NotCompared: m_summary->setText(DiffText::NotCompared()); break;
+    case Current: m_summary->setText(m_counted); break;
+    case OutOfDate: m_summary->setText(DiffText::OutOfDate(m_edits)); break;
+    }
+    QFont font = m_summary->font();
+    font.setBold(m_standing == OutOfDate);
+    m_summary->setFont(font);
 }
 
 void DiffReview::Follow(VantixFeaturesDiffModel *model)

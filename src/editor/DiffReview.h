@@ -37,7 +37,10 @@ public:
     // After the tabs were rebuilt; `applicable` tells whether "Apply changes" can take them.
     void Recount(bool applicable);
     bool Applicable() const;
-    void SetCurrent(Standing standing);
+    // `edits` counts the edits since the comparison, for one out of date.
+    void SetStanding(Standing standing, int edits = 0);
+    // The differences of every tab.
+    int DifferenceCount() const;
     // After the tree shows another model.
     void Follow(VantixFeaturesDiffModel *model);
     // Moves to the next (+1) or previous (-1) difference, wrapping around.
@@ -60,7 +63,9 @@ private:
     QPlainTextEdit *m_details;
     bool m_applicable = true;
     QString m_counted;
+    int m_total = 0;
     Standing m_standing = NotCompared;
+    int m_edits = 0;
     QMetaObject::Connection m_current;
     QMetaObject::Connection m_ticks;
     std::function<ComparedDocument(int tab)> m_documentOf;

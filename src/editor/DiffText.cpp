@@ -125,6 +125,17 @@ QString Differences(int count)
     return count == 1 ? QStringLiteral("1 difference") : QStringLiteral("%1 differences").arg(count);
 }
 
+QString NotCompared()
+{
+    return QStringLiteral("Not compared yet: press Update to compare the definitions with the files as loaded.");
+}
+
+QString OutOfDate(int edits)
+{
+    return QStringLiteral("Out of date: %1 since this comparison. Press Update.")
+        .arg(edits == 1 ? QStringLiteral("1 edit") : QStringLiteral("%1 edits").arg(edits));
+}
+
 QString Details(const QJsonDiffTreeItem &node, bool applicable, const QJsonObject &leftDocument,
                 const QJsonObject &rightDocument)
 {

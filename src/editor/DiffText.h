@@ -15,6 +15,10 @@ namespace DiffText {
 int CountDifferences(const QJsonTreeItem *root);
 // "3 differences", "1 difference".
 QString Differences(int count);
+// The summary before anything was compared.
+QString NotCompared();
+// The summary of a comparison that `edits` edits (undos, redos and loads among them) left behind.
+QString OutOfDate(int edits);
 // The node's path, both sides as indented JSON, and what "Apply changes" does with it.
 // A record that changed inside (an element of an array, such as one feature) holds no
 // values of its own; its sides are then read from the two compared documents.

@@ -2,6 +2,7 @@
 
 #include "check/RecordedFiles.h"
 #include "editor/ChangesPage.h"
+#include "editor/EditSteps.h"
 #include "editor/ExtensionsPage.h"
 #include "editor/FeaturesPage.h"
 #include "editor/LiveProblems.h"
@@ -21,6 +22,7 @@
 #include <memory>
 
 class QTabBar;
+class QUndoView;
 
 namespace ProductEditor {
 
@@ -58,6 +60,7 @@ struct EditorPrivate
     Ui::VantixJSONEditorClass ui;
     Model model;
     QTabBar *diffTabBar = nullptr; // owned by the Changes page
+    EditSteps steps; // outlives the Changes page and the undo history, which follow it
 
     std::unique_ptr<FeaturesPage> features;
     std::unique_ptr<ProductsPage> products;
@@ -67,6 +70,7 @@ struct EditorPrivate
     std::unique_ptr<ExtensionsPage> extensions;
 
     QUndoStack undoStack;
+    QUndoView *historyView = nullptr; // owned by the History dock
     std::unique_ptr<UndoHistory> history; // goes first: it watches the models
     std::unique_ptr<LiveProblems> problems; // waits for its running check
     std::unique_ptr<ProblemOpener> problemOpener;

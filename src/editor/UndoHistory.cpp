@@ -15,11 +15,13 @@
 #include <QApplication>
 #include <QDataWidgetMapper>
 #include <QEvent>
+#include <QPushButton>
 #include <QTimer>
 #include <QUndoCommand>
 #include <QUndoStack>
 
 #include <iterator>
+#include <utility>
 
 namespace ProductEditor {
 
@@ -32,9 +34,13 @@ namespace {
 class SnapshotCommand : public QUndoCommand
 {
 public:
-    SnapshotCommand(UndoHistory &history, RecordsSnapshot before, RecordsSnapshot after)
-        : QUndoCommand(NameEdit(CompareRecords(before, after)))
+    SnapshotCommand(UndoHistory &history, const QString &name, RecordsSnapshot before, RecordsSnapshot after,
+                    EditSteps &steps)
+        : QUndoCommand(name.isEmpty() ? NameEdit(CompareRecords(before, after)) : name)
         , m_history(history)
+        , m_steps(steps)
+        , m_stepBefore(steps.Current())
+        , m_stepAfter(steps.Grow())
         , m_before(std::move(before))
         , m_after(std::move(after))
         , m_changesBefore(history.CaptureChanges())
@@ -45,12 +51,14 @@ public:
     void undo() override
     {
         m_changesAfter = m_history.CaptureChanges();
+        m_steps.MoveTo(m_stepBefore);
         m_history.Restore(m_before, m_changesBefore);
     }
     void redo() override
     {
         if (m_pushed) {
             m_changesBefore = m_history.CaptureChanges();
+            m_steps.MoveTo(m_stepAfter);
             m_history.Restore(m_after, m_changesAfter);
         }
         m_pushed = true;
@@ -58,6 +66,9 @@ public:
 
 private:
     UndoHistory &m_history;
+    EditSteps &m_steps;
+    EditSteps::Step m_stepBefore;
+    EditSteps::Step m_stepAfter;
     RecordsSnapshot m_before;
     RecordsSnapshot m_after;
     ChangesPage::State m_changesBefore;
@@ -73,11 +84,13 @@ QString CurrentId(const QAbstractItemView *view, int column)
 
 } // namespace
 
-UndoHistory::UndoHistory(Ui::VantixJSONEditorClass &ui, Model &model, ChangesPage &changes, QUndoStack &stack)
+UndoHistory::UndoHistory(Ui::VantixJSONEditorClass &ui, Model &model, ChangesPage &changes, QUndoStack &stack,
+                         EditSteps &steps)
     : m_ui(ui)
     , m_model(model)
     , m_changes(changes)
     , m_stack(stack)
+    , m_steps(steps)
     , m_sources(SourceModels({model.GetSourceFeaturesModel(), model.GetProductsModel(), model.GetLayoutsModel(),
                               model.GetLicensesModel(), model.GetExtensionsModel(), model.GetExtensionsProductModel(),
                               model.GetExtensionsLayoutModel(), model.GetExtensionsLicenseModel()}))
@@ -92,6 +105,9 @@ UndoHistory::UndoHistory(Ui::VantixJSONEditorClass &ui, Model &model, ChangesPag
         connect(watched, &QAbstractItemModel::modelReset, this, &UndoHistory::_Schedule);
         connect(watched, &QAbstractItemModel::layoutChanged, this, &UndoHistory::_Schedule);
     }
+    // Runs after the page has applied; the step it made is recorded later, under this name.
+    connect(ui.mp_btn_apply_patch, &QPushButton::clicked, this,
+            [this] { m_nextName = NameApply(m_changes.DifferenceCount()); });
 }
 
 void UndoHistory::_Schedule()
@@ -105,12 +121,13 @@ void UndoHistory::_Schedule()
 void UndoHistory::Flush()
 {
     m_pending = false;
+    const QString name = std::exchange(m_nextName, QString());
     RecordsSnapshot now = RecordsSnapshot::Take(m_model.GetData());
     if (now == m_current)
         return;
     RecordsSnapshot before = m_current;
     m_current = now;
-    m_stack.push(new SnapshotCommand(*this, std::move(before), std::move(now)));
+    m_stack.push(new SnapshotCommand(*this, name, std::move(before), std::move(now), m_steps));
 }
 
 void UndoHistory::FlushTyping()
@@ -140,8 +157,10 @@ bool UndoHistory::eventFilter(QObject *watched, QEvent *event)
 void UndoHistory::Clear()
 {
     m_pending = false;
+    m_nextName.clear();
     m_current = RecordsSnapshot::Take(m_model.GetData());
     m_stack.clear();
+    m_steps.Grow();
 }
 
 ChangesPage::State UndoHistory::CaptureChanges() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "editor/ChangesPage.h"
+#include "editor/EditSteps.h"
 #include "store/RecordsSnapshot.h"
 
 #include <QObject>
@@ -25,14 +26,16 @@ class Model;
 class UndoHistory : public QObject
 {
 public:
-    UndoHistory(Ui::VantixJSONEditorClass &ui, Model &model, ChangesPage &changes, QUndoStack &stack);
+    UndoHistory(Ui::VantixJSONEditorClass &ui, Model &model, ChangesPage &changes, QUndoStack &stack,
+                EditSteps &steps);
 
     // Records a change that is still waiting for the end of its event.
     void Flush();
     // Also takes in what was typed into a field that still has focus, so that
     // the next undo takes back the typing rather than the step before it.
     void FlushTyping();
-    // After a load: the records as they are now are the clean state, with nothing to undo.
+    // After a load: the records as they are now are the clean state, with nothing to undo,
+    // one step past the last.
     void Clear();
     // A view that moves through the stack itself: a click on it first records
     // what the click committed elsewhere (a field that loses focus).
@@ -54,8 +57,10 @@ private:
     Model &m_model;
     ChangesPage &m_changes;
     QUndoStack &m_stack;
+    EditSteps &m_steps;
     QVector<QAbstractItemModel *> m_sources; // the models that read the records directly
     RecordsSnapshot m_current;               // the records after the last recorded step
+    QString m_nextName;                      // of the step being made, when its action names it
     bool m_pending = false;
     bool m_restoring = false;
 };

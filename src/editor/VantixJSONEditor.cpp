@@ -53,7 +53,14 @@ void VantixJSONEditor::_Build()
     _InitExtensionTab();
     _InitEditMenu();
     _InitViewMenu();
-    setWindowFilePath(d->model.GetData().GetFolder().path());
+    _ShowFolder(d->model.GetData().GetFolder().path());
+}
+
+// The History's first entry is the folder as it was opened.
+void VantixJSONEditor::_ShowFolder(const QString &path)
+{
+    setWindowFilePath(path);
+    d->historyView->setEmptyLabel(QStringLiteral("Opened %1").arg(QDir(path).dirName()));
 }
 
 VantixJSONEditor::~VantixJSONEditor()
@@ -105,7 +112,7 @@ void VantixJSONEditor::_InitMenu()
 void VantixJSONEditor::_InitEditMenu()
 {
     QUndoStack &stack = d->undoStack;
-    d->history = std::make_unique<UndoHistory>(d->ui, d->model, *d->changes, stack);
+    d->history = std::make_unique<UndoHistory>(d->ui, d->model, *d->changes, stack, d->steps);
 
     auto *menu = new QMenu(QStringLiteral("Edit"), d->ui.menuBar);
     menu->setObjectName(QStringLiteral("menuEdit"));
@@ -127,7 +134,6 @@ void VantixJSONEditor::_InitEditMenu()
         d->history->FlushTyping();
         d->undoStack.redo();
     });
-    menu->addAction(_CreateHistoryDock());
     connect(&stack, &QUndoStack::indexChanged, d->changes.get(), &ChangesPage::Recheck);
     connect(&stack, &QUndoStack::canUndoChanged, undo, &QAction::setEnabled);
     connect(&stack, &QUndoStack::canRedoChanged, redo, &QAction::setEnabled);
@@ -151,14 +157,14 @@ void VantixJSONEditor::_InitEditMenu()
     });
 }
 
-// Edit > History: the steps of the undo stack; clicking one goes back or forward to it.
+// View > History: the steps of the undo stack; clicking one goes back or forward to it.
 QAction *VantixJSONEditor::_CreateHistoryDock()
 {
     auto *dock = new QDockWidget(QStringLiteral("History"), this);
     dock->setObjectName(QStringLiteral("mp_dock_history"));
     auto *view = new QUndoView(&d->undoStack, dock);
+    d->historyView = view;
     view->setObjectName(QStringLiteral("mp_lst_history"));
-    view->setEmptyLabel(QStringLiteral("Loaded"));
     view->setCleanIcon(style()->standardIcon(QStyle::SP_DialogSaveButton));
     // Steps are named in sentences; room for the usual ones.
     view->setMinimumWidth(360);
@@ -178,6 +184,7 @@ void VantixJSONEditor::_InitViewMenu()
     menu->setObjectName(QStringLiteral("menuView"));
     d->ui.menuBar->addMenu(menu);
     menu->addAction(_CreateProblemsDock());
+    menu->addAction(_CreateHistoryDock());
 }
 
 // The problems the checks find, kept up to date with the files and the records.
@@ -240,7 +247,7 @@ void VantixJSONEditor::_Loaded(const QString &path)
 {
     d->history->Clear();
     d->changes->Loaded();
-    setWindowFilePath(path);
+    _ShowFolder(path);
 }
 
 void VantixJSONEditor::_Save()
@@ -308,7 +315,7 @@ void VantixJSONEditor::_InitProductsTab()
 
 void VantixJSONEditor::_InitDiffTab()
 {
-    d->changes = std::make_unique<ChangesPage>(d->ui, d->model);
+    d->changes = std::make_unique<ChangesPage>(d->ui, d->model, d->steps);
     d->diffTabBar = d->changes->TabBar();
     connect(d->diffTabBar, &QTabBar::currentChanged, this, &VantixJSONEditor::_TabBarChanged);
 }

@@ -61,6 +61,7 @@ private:
     void _SaveAs();
     void _Saved();
     void _Loaded(const QString &path);
+    void _ShowFolder(const QString &path);
     bool _LoadWith(const std::function<bool()> &load);
     void _Compare();
     void _CompareProducts();

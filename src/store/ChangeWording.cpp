@@ -47,15 +47,15 @@ const Words kFlagWords[] = {
 const Words kFeatureNameWords[] = {
     {"products",
      {"%1 added to product %2", "%1 removed from product %2"},
-     {"Add %1 to product %2", "Remove %1 from product %2"}},
+     {"Mark %1 for product %2", "Unmark %1 for product %2"}},
     {"layouts",
      {"%1 added to layout %2", "%1 removed from layout %2"},
-     {"Add %1 to layout %2", "Remove %1 from layout %2"}},
+     {"Mark %1 for layout %2", "Unmark %1 for layout %2"}},
 };
 
 const Words kProductNameWords[] = {
     {"modes", {"%1: layout %2 added", "%1: layout %2 removed"},
-     {"Add layout %2 to %1", "Remove layout %2 from %1"}},
+     {"Mark layout %2 for %1", "Unmark layout %2 for %1"}},
     {"specific",
      {"%1: license %2 granted for %3", "%1: license %2 no longer granted for %3"},
      {"Grant license %2 for %3 in %1", "Revoke license %2 for %3 in %1"}},
@@ -126,9 +126,21 @@ QString Subject(const RecordChange &change)
 
 QString FieldLabel(const QString &field)
 {
-    static const char *const labels[][2] = {{"tooltip", "tool tip"},         {"statustip", "status tip"},
-                                            {"base", "base license"},        {"profile_suffix", "profile suffix"},
-                                            {"ext", "file name pattern"}};
+    static const char *const labels[][2] = {{"tooltip", "tool tip"},
+                                            {"statustip", "status tip"},
+                                            {"base", "base license"},
+                                            {"profile_suffix", "profile suffix"},
+                                            {"ext", "file name pattern"},
+                                            {"visual", "visibility"},
+                                            {"slices_support", "slices support"},
+                                            {"cad_support", "CAD format"},
+                                            {"load_as_part", "loading as a part"},
+                                            {"multiple_parts_support", "several parts"},
+                                            {"modes", "layouts"},
+                                            {"specific", "licensing"},
+                                            {"import_as_project", "import as a project"},
+                                            {"export_as_project", "export as a project"},
+                                            {"export_as_scene", "export as a scene"}};
     for (const auto &label : labels) {
         if (field == QLatin1String(label[0]))
             return QLatin1String(label[1]);
@@ -172,7 +184,8 @@ QString WordValueChange(const RecordChange &change, bool command)
         return QString::fromLatin1(command ? words->command[index] : words->statement[index]).arg(subject);
     }
     const QString label = FieldLabel(change.field);
-    return command ? QStringLiteral("Set %1 of %2 to %3").arg(label, subject, Quoted(change.after))
+    // The Edit menu names the field, not the text typed into it.
+    return command ? QStringLiteral("Set %1 of %2").arg(label, subject)
                    : QStringLiteral("%1: %2 %3 -> %4").arg(subject, label, Quoted(change.before), Quoted(change.after));
 }
 
@@ -220,6 +233,30 @@ const RecordChange *MainChange(const RecordChanges &changes)
     return main;
 }
 
+// "a", "a and b", "a, b and c".
+QString Listed(const QStringList &parts)
+{
+    QStringList rest = parts;
+    const QString last = rest.takeLast();
+    return rest.isEmpty() ? last : rest.join(QStringLiteral(", ")) + QStringLiteral(" and ") + last;
+}
+
+// What changed of one record, for an edit that changed several things of it: the labels
+// of its fields in order, so that two edits of different fields read differently.
+QString ChangedFields(const RecordChanges &changes)
+{
+    QStringList labels;
+    for (const RecordChange &change : changes) {
+        QString label = FieldLabel(change.field);
+        // An extension's "import" and "export" lists hold the licenses that cover it.
+        if (change.record == Record::Extension && change.kind != Kind::Changed)
+            label += QStringLiteral(" licenses");
+        if (!labels.contains(label))
+            labels.append(label);
+    }
+    return Listed(labels);
+}
+
 QString CountedRecords(const RecordChanges &changes)
 {
     QStringList parts;
@@ -232,8 +269,7 @@ QString CountedRecords(const RecordChanges &changes)
         if (!ids.isEmpty())
             parts.append(QStringLiteral("%1 %2").arg(ids.size()).arg(Noun(record, ids.size())));
     }
-    const QString last = parts.takeLast();
-    return parts.isEmpty() ? last : parts.join(QStringLiteral(", ")) + QStringLiteral(" and ") + last;
+    return Listed(parts);
 }
 
 } // namespace
@@ -265,8 +301,15 @@ QString NameEdit(const RecordChanges &changes)
         return change.record == first.record && change.id == first.id;
     });
     if (oneRecord)
-        return QStringLiteral("Edit %1 (%2 changes)").arg(Subject(first)).arg(changes.size());
+        return QStringLiteral("Edit %1 of %2").arg(ChangedFields(changes), Subject(first));
     return QStringLiteral("Edit %1 (%2 changes)").arg(CountedRecords(changes)).arg(changes.size());
+}
+
+QString NameApply(int differences)
+{
+    if (differences <= 0)
+        return QStringLiteral("Apply changes");
+    return differences == 1 ? QStringLiteral("Apply 1 change") : QStringLiteral("Apply %1 changes").arg(differences);
 }
 
 } // namespace ProductEditor

@@ -9,7 +9,7 @@ namespace ProductEditor {
 
 enum class ChangeWording {
     Statement, // for a review: feature open: title "Open" -> "Open file"
-    Command,   // for the undo history: Set title of feature open to "Open file"
+    Command,   // for the undo history: Set title of feature open
 };
 
 // One change as a short English sentence.
@@ -17,7 +17,10 @@ PRODUCT_EDITOR_EXPORT QString WordChange(const RecordChange &change, ChangeWordi
 
 // The name of an edit made of `changes`, as the Edit menu shows it after "Undo": the
 // command of a single change, or of an added, removed or renamed record with what
-// follows from it; otherwise what was edited, counted.
+// follows from it; the fields edited of one record; otherwise what was edited, counted.
 PRODUCT_EDITOR_EXPORT QString NameEdit(const RecordChanges &changes);
+
+// The name of "Apply changes" on the Changes page, by the differences it settled.
+PRODUCT_EDITOR_EXPORT QString NameApply(int differences);
 
 } // namespace ProductEditor

@@ -60,7 +60,9 @@ class EditorReviewTest : public QObject, EditorTestState
             answers->Then({int(QMessageBox::Yes)});
             editor->run("mp_run_reload");
         } else
-            editor->run(action.startsWith("mp_") ? action : (action == "undo" || action == "redo" ? "mp_run_" : "mp_btn_") + action);
+            editor->run(action.startsWith("mp_") ? action
+                                                 : QStringList{"undo", "redo", "save"}.contains(action) ? "mp_run_" + action
+                                                                                                       : "mp_btn_" + action);
         QTest::qWait(0);
     }
 
@@ -75,21 +77,34 @@ private slots:
         QTest::addColumn<QStringList>("actions");
         QTest::addColumn<QStringList>("seen");
         const QString none = "No differences";
-        const QString title = "1 difference in 1 document%1 | \"%2\" | Apply changes: keeps the left value";
-        const QString opened = title.arg("", "Opened");
-        const QString openedOutdated = title.arg(" (out of date)", "Opened");
-        const QString joined = "1 difference in 1 document%1 | \"mesh_cut\" | Apply changes: %2";
-        QTest::newRow("an edit outdates the comparison, its undo does not")
+        const QString notCompared = "Not compared yet: press Update to compare the definitions with the files as loaded.";
+        const QString outOfDate = "Out of date: %1 since this comparison. Press Update.";
+        const QString title = "%1 | \"%2\" | Apply changes: keeps the left value";
+        const QString opened = title.arg("1 difference in 1 document", "Opened");
+        const QString openedOutdated = title.arg(outOfDate.arg("1 edit"), "Opened");
+        const QString joined = "%1 | \"mesh_cut\" | Apply changes: %2";
+        const QString joinedNow = joined.arg("1 difference in 1 document");
+        QTest::newRow("an edit outdates the comparison, its undo does not, a reload is one more edit")
             << QStringList{"title", "update", "title2", "undo", "redo", "reload"}
-            << QStringList{"Not compared yet", opened, openedOutdated, opened, openedOutdated, openedOutdated};
+            << QStringList{notCompared, opened, openedOutdated, opened, openedOutdated,
+                           title.arg(outOfDate.arg("2 edits"), "Opened")};
+        QTest::newRow("every edit since counts, a save does not")
+            << QStringList{"update", "title", "title2", "save", "undo"}
+            << QStringList{none, outOfDate.arg("1 edit"), outOfDate.arg("2 edits"), outOfDate.arg("2 edits"),
+                           outOfDate.arg("1 edit")};
+        QTest::newRow("a save leaves a current comparison current")
+            << QStringList{"title", "update", "save", "title2", "title"}
+            << QStringList{notCompared, opened, opened, openedOutdated, opened};
         QTest::newRow("undoing Apply brings back the ticked differences")
             << QStringList{"join", "update", "right", "apply_patch", "update", "undo", "redo", "take_left"}
-            << QStringList{"Not compared yet", joined.arg("", "leaves the element out"), joined.arg("", "adds the element"),
-                           joined.arg(" (out of date)", "adds the element"), none, joined.arg("", "adds the element"), none,
+            << QStringList{notCompared, joinedNow.arg("leaves the element out"), joinedNow.arg("adds the element"),
+                           joined.arg(outOfDate.arg("1 edit"), "adds the element"), none,
+                           joinedNow.arg("adds the element"), none,
                            none}; // with no document, taking a side does nothing
         QTest::newRow("Compare... after an undo compares the documents of that step")
             << QStringList{"title", "update", "title2", "update", "undo", "compare"}
-            << QStringList{"Not compared yet", opened, openedOutdated, title.arg("", "Opened2"), opened, opened};
+            << QStringList{notCompared, opened, openedOutdated, title.arg("1 difference in 1 document", "Opened2"),
+                           opened, opened};
     }
     void pageFollowsTheSteps()
     {
@@ -101,16 +116,19 @@ private slots:
         }
     }
 
+    // Before the first comparison the summary alone says what to do.
     void noticeSaysWhatWasCompared()
     {
         auto *notice = editor->find<QLabel>("mp_lbl_diff_notice");
-        QVERIFY(notice->text().startsWith("Not compared yet"));
+        QVERIFY(notice->isHidden());
         act("update");
-        QCOMPARE(notice->text(), "Compared the files as loaded with the documents regenerated from the definitions: "
-                                 "Products, expert, main; only documents with differences have a tab.");
+        const QString compared = "Compared the files as loaded with the documents regenerated from the definitions: "
+                                 "Products, expert, main; only documents with differences have a tab.";
+        QCOMPARE(notice->text(), compared);
+        QVERIFY(!notice->isHidden());
         act("title");
-        QVERIFY(notice->text().endsWith("\nThese differences do not describe the definitions as they are now: "
-                                        "press Update to compare again."));
+        QCOMPARE(notice->text(), compared);
+        QCOMPARE(summary(), "Out of date: 1 edit since this comparison. Press Update.");
     }
 
     void countsAndSteps()

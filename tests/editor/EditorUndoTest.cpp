@@ -1,6 +1,8 @@
 #include "EditorFixture.h"
 
 #include <QAction>
+#include <QDockWidget>
+#include <QMenu>
 #include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QUndoStack>
@@ -26,6 +28,62 @@ class EditorUndoTest : public QObject, EditorTestState
         const int rows = editor->model(name)->rowCount();
         if (rows > 0)
             emit view(name)->clicked(cell(name, row % rows, column));
+    }
+
+    // The row of `view` with `key` in one of its cells.
+    QModelIndex find(const QString &view, const QString &key, int column)
+    {
+        const QAbstractItemModel *model = editor->model(qPrintable(view));
+        for (int row = 0; row < model->rowCount(); ++row)
+            for (int cell = 0; cell < model->columnCount(); ++cell)
+                if (model->index(row, cell).data().toString() == key)
+                    return model->index(row, column < 0 ? cell : column);
+        return {};
+    }
+    // The page that holds `widget` comes to the front, so that it can take the focus.
+    void front(QWidget *widget)
+    {
+        auto *tabs = editor->find<QTabWidget>("mp_widget_tab");
+        for (int page = 0; page < tabs->count(); ++page)
+            if (tabs->widget(page)->isAncestorOf(widget))
+                tabs->setCurrentIndex(page);
+    }
+    // One step of a user, "verb object argument...": "select VIEW KEY" makes the row holding
+    // KEY current, "type FIELD TEXT" replaces a field's text, "tick BOX" clicks a check box,
+    // "click VIEW KEY COLUMN" clicks a cell, "set VIEW KEY COLUMN TEXT" edits a table cell,
+    // "run NAME [ANSWER]" clicks a button or triggers an action, answering its dialog.
+    void act(const QString &step)
+    {
+        const QStringList words = step.split(' ');
+        const QString &verb = words[0];
+        if (verb == "select") {
+            view(qPrintable(words[1]))->setCurrentIndex(find(words[1], words[2], -1));
+        } else if (verb == "type" || verb == "tick") {
+            QWidget *field = editor->find(words[1]);
+            front(field);
+            field->setFocus();
+            QVERIFY(field->hasFocus());
+            if (verb == "tick") {
+                QTest::mouseClick(field, Qt::LeftButton, {}, QPoint(4, field->height() / 2));
+            } else {
+                static_cast<QLineEdit *>(field)->selectAll();
+                QTest::keyClicks(field, words[2]);
+            }
+            field->clearFocus(); // the field commits as it loses the focus
+        } else if (verb == "click") {
+            QAbstractItemView *table = view(qPrintable(words[1]));
+            front(table);
+            const QModelIndex index = find(words[1], words[2], words[3].toInt());
+            QVERIFY2(index.isValid(), qPrintable(step));
+            QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->visualRect(index).center());
+        } else if (verb == "set") {
+            editor->model(qPrintable(words[1]))->setData(find(words[1], words[2], words[3].toInt()), words[4]);
+        } else if (verb == "run") {
+            if (words.size() > 2)
+                answers->Then({words[2] == "Yes" ? QVariant(int(QMessageBox::Yes)) : QVariant(words[2])});
+            editor->run(words[1]);
+        }
+        QTest::qWait(0);
     }
 
     // One edit the way the window makes it, picked by `random`; says what it did.
@@ -99,16 +157,120 @@ private slots:
     void init() { start(); }
     void cleanup() { QCOMPARE(answers->Pending(), 0); }
 
+    // Every edit the window offers names itself, and the record, on Undo and Redo.
+    void stepNames_data()
+    {
+        QTest::addColumn<QString>("steps"); // separated by "; "
+        QTest::addColumn<QString>("name");
+
+        const QString open = "select mp_lst_features file_open; ";
+        QTest::newRow("feature title") << open + "type mp_edt_title Opened" << "Set title of feature file_open";
+        QTest::newRow("feature tool tip") << open + "type mp_edt_tooltip Opens" << "Set tool tip of feature file_open";
+        QTest::newRow("feature status tip") << open + "type mp_edt_statustip Opens" << "Set status tip of feature file_open";
+        QTest::newRow("feature id") << open + "type mp_edt_id file_load" << "Rename feature file_open to file_load";
+        QTest::newRow("feature hidden") << open + "tick mp_chk_visible" << "Hide feature file_open";
+        QTest::newRow("feature emergency") << open + "tick mp_chk_emergency" << "Mark feature file_open as emergency";
+        QTest::newRow("product marked") << "select mp_lst_features mesh_cut; click mp_lst_feature_product basic 0"
+                                        << "Mark feature mesh_cut for product basic";
+        QTest::newRow("product unmarked") << open + "click mp_lst_feature_product basic 0"
+                                          << "Unmark feature file_open for product basic";
+        QTest::newRow("feature's layout") << open + "click mp_lst_feature_layout expert 0"
+                                          << "Mark feature file_open for layout expert";
+        QTest::newRow("product's layout") << open + "click mp_lst_feature_layout expert 1"
+                                          << "Mark layout expert for product basic";
+        QTest::newRow("feature's license") << open + "click mp_lst_specific_license lic_pro 0"
+                                           << "Grant license lic_pro for file_open in product basic";
+        QTest::newRow("feature's license taken back") << "select mp_lst_features file_save; "
+                                                         "click mp_lst_specific_license lic_addon 0"
+                                                      << "Revoke license lic_addon for file_save in product basic";
+        QTest::newRow("feature added") << "run mp_btn_add_new_feature" << "Add feature New_Feature";
+        QTest::newRow("feature duplicated") << open + "run mp_btn_duplicate file_open2"
+                                            << "Duplicate feature file_open as file_open2";
+        QTest::newRow("feature removed") << open + "run mp_btn_remove_current" << "Remove feature file_open";
+
+        QTest::newRow("profile suffix") << "set mp_lst_products pro 2 _pro" << "Set profile suffix of product pro";
+        QTest::newRow("base license") << "set mp_lst_products pro 3 lic_basic" << "Set base license of product pro";
+        QTest::newRow("product duplicated") << "select mp_lst_products pro; run mp_btn_duplicate_product pro2"
+                                            << "Duplicate product pro as pro2";
+        QTest::newRow("product removed") << "select mp_lst_products pro; run mp_btn_remove_product Yes"
+                                         << "Remove product pro";
+
+        const QString step = "select mp_lst_extensions step; ";
+        QTest::newRow("extension id") << step + "type mp_edt_ext_id stp" << "Rename extension step to stp";
+        QTest::newRow("extension title") << step + "type mp_edt_ext_title Step" << "Set title of extension step";
+        QTest::newRow("extension pattern") << step + "type mp_edt_ext_name *.stp"
+                                           << "Set file name pattern of extension step";
+        QTest::newRow("CAD format") << step + "tick mp_chk_ext_cad_support" << "Unmark extension step as a CAD format";
+        QTest::newRow("several parts") << step + "tick mp_chk_ext_multiple_parts_support"
+                                       << "Allow one part only in extension step";
+        QTest::newRow("slices") << step + "tick mp_chk_ext_slice_support" << "Turn on slices support of extension step";
+        QTest::newRow("loaded as a part") << step + "tick mp_chk_ext_load_as_part" << "Load extension step as a part";
+        QTest::newRow("product opens") << step + "click mp_lst_ext_product basic 6" << "Allow product basic to open step";
+        QTest::newRow("product imports no more") << step + "click mp_lst_ext_product pro 3"
+                                                 << "Forbid product pro to import step";
+        QTest::newRow("layout exports a scene") << step + "click mp_lst_ext_layout main 5"
+                                                << "Allow layout main to export step as a scene";
+        QTest::newRow("import license") << "select mp_lst_extensions stl; click mp_lst_ext_licenses lic_addon 2"
+                                        << "Add import license lic_addon to extension stl";
+        QTest::newRow("export license") << "select mp_lst_extensions stl; click mp_lst_ext_licenses lic_pro 3"
+                                        << "Remove export license lic_pro from extension stl";
+        QTest::newRow("extension added") << "run mp_btn_add_new_extension" << "Add extension extension";
+        QTest::newRow("extension removed") << step + "run mp_btn_remove_extension" << "Remove extension step";
+
+        QTest::newRow("apply") << "select mp_lst_features file_save; type mp_edt_title Saved; "
+                                  "type mp_edt_tooltip Saves; type mp_edt_statustip Saving; run mp_btn_update; "
+                                  "run mp_btn_take_right; run mp_btn_apply_patch"
+                               << "Apply 3 changes";
+    }
+    void stepNames()
+    {
+        QFETCH(QString, steps);
+        QFETCH(QString, name);
+        editor->show(0);
+        QAction *undo = editor->find<QAction>("mp_run_undo");
+        QAction *redo = editor->find<QAction>("mp_run_redo");
+        QCOMPARE(undo->text() + redo->text(), "UndoRedo");
+        for (const QString &step : steps.split("; "))
+            act(step);
+        QCOMPARE(undo->text(), "Undo " + name);
+        undo->trigger();
+        QCOMPARE(redo->text(), "Redo " + name);
+        if (!stack()->canUndo())
+            QCOMPARE(undo->text(), "Undo");
+        redo->trigger();
+        QCOMPARE(undo->text(), "Undo " + name);
+        QCOMPARE(redo->text(), "Redo");
+    }
+
+    // Each of these edits of one feature reads differently in the History; typing in a
+    // field is one entry however many keys it took.
+    void editsOfOneRecordReadDifferently()
+    {
+        editor->show(0);
+        for (const QString &step : {"type mp_edt_title Opened", "type mp_edt_title Opened_again", "type mp_edt_tooltip Opens",
+                                    "type mp_edt_statustip Opens", "tick mp_chk_visible", "tick mp_chk_emergency",
+                                    "click mp_lst_feature_product basic 0", "click mp_lst_feature_product basic 0",
+                                    "click mp_lst_feature_layout expert 0", "click mp_lst_specific_license lic_pro 0"})
+            act(step);
+        QStringList names;
+        for (int index = 0; index < stack()->count(); ++index)
+            names << stack()->text(index);
+        QCOMPARE(names.size(), 10);
+        QCOMPARE(names.filter("file_open").size(), names.size());
+        names.removeAt(1); // the same field set twice reads alike
+        QCOMPARE(QSet<QString>(names.cbegin(), names.cend()).size(), names.size());
+    }
+
     void undoRedo_data()
     {
         QTest::addColumn<QString>("change");
         QTest::addColumn<QString>("current"); // the feature current after the undo
         QTest::addColumn<QString>("name");    // of the step, on the Edit menu
-        QTest::newRow("title edit") << "edit" << "mesh_cut" << "Set title of feature mesh_cut to \"Changed\"";
-        QTest::newRow("product mark") << "toggle" << "mesh_cut" << "Add feature mesh_cut to product basic";
+        QTest::newRow("title edit") << "edit" << "mesh_cut" << "Set title of feature mesh_cut";
+        QTest::newRow("product mark") << "toggle" << "mesh_cut" << "Mark feature mesh_cut for product basic";
         // The current feature stays where the change left it.
         QTest::newRow("feature removal") << "remove" << "file_save" << "Remove feature mesh_cut";
-        QTest::newRow("apply changes") << "apply" << "file_open" << "Set title of feature file_open to \"Open\"";
+        QTest::newRow("apply changes") << "apply" << "file_open" << "Apply 1 change";
     }
     void undoRedo()
     {
@@ -196,11 +358,16 @@ private slots:
         QCOMPARE(answers->Pending(), 0);
     }
 
-    // Edit > History lists the steps; a click moves there, and the saved step is marked.
+    // View > History lists the steps; a click moves there, and the saved step is marked.
     void historyMovesToTheClickedStep()
     {
         editor->show(0);
-        editor->find<QAction>("mp_run_history")->trigger();
+        auto *dock = editor->find<QDockWidget>("mp_dock_history");
+        QCOMPARE(dock->windowTitle(), "History");
+        QVERIFY(dock->isHidden());
+        QAction *toggle = editor->find<QAction>("mp_run_history");
+        QVERIFY(editor->find<QMenu>("menuView")->actions().contains(toggle));
+        toggle->trigger();
         QVERIFY(history()->isVisible());
         editor->model("mp_lst_features")->setData(cell("mp_lst_features", 0, 1), "Saved");
         QTest::qWait(0);
@@ -211,18 +378,26 @@ private slots:
         title->selectAll();
         QTest::keyClicks(title, "Typed");
         QVERIFY(title->hasFocus());
-        const QModelIndex loaded = history()->model()->index(0, 0);
-        QCOMPARE(loaded.data().toString(), "Loaded");
-        QTest::mouseClick(history()->viewport(), Qt::LeftButton, {}, history()->visualRect(loaded).center());
+        const auto entry = [this](int row) { return history()->model()->index(row, 0); };
+        const auto clickEntry = [&](int row) {
+            QTest::mouseClick(history()->viewport(), Qt::LeftButton, {}, history()->visualRect(entry(row)).center());
+        };
+        QCOMPARE(entry(0).data().toString(), "Opened defs");
+        clickEntry(0);
         QCOMPARE(stack()->count(), 2);
         QCOMPARE(stack()->index(), 0);
         QCOMPARE(editor->text("mp_edt_title"), "Open");
-        QTest::mouseClick(history()->viewport(), Qt::LeftButton, {},
-                          history()->visualRect(history()->model()->index(2, 0)).center());
+        QVERIFY(editor->window->isWindowModified());
+        clickEntry(2);
+        QCOMPARE(entry(2).data().toString(), "Set title of feature file_open");
         QCOMPARE(editor->text("mp_edt_title"), "Typed");
         QVERIFY(editor->window->isWindowModified());
-        QCOMPARE(history()->model()->index(1, 0).data(Qt::DecorationRole).isNull(), false);
-        QVERIFY(history()->model()->index(2, 0).data(Qt::DecorationRole).value<QIcon>().isNull());
+        // The saved entry carries the clean icon, and going back to it leaves nothing unsaved.
+        QCOMPARE(entry(1).data(Qt::DecorationRole).isNull(), false);
+        QVERIFY(entry(2).data(Qt::DecorationRole).value<QIcon>().isNull());
+        clickEntry(1);
+        QCOMPARE(editor->text("mp_edt_title"), "Saved");
+        QVERIFY(!editor->window->isWindowModified());
     }
 
     // The product picked on the Features page decides the base license, layouts and

@@ -57,6 +57,9 @@ private slots:
         auto *problems = window->findChild<QDockWidget *>("mp_dock_problems");
         QVERIFY(problems->isVisible());
         problems->close();
+        auto *history = window->findChild<QDockWidget *>("mp_dock_history");
+        QVERIFY(history->isHidden());
+        history->show();
         QAbstractItemModel *features = window->findChild<QAbstractItemView *>("mp_lst_features")->model();
         features->setData(features->index(0, 1), "Changed");
         QTRY_VERIFY(window->isWindowModified());
@@ -71,6 +74,7 @@ private slots:
         window = OpenHostWindow(folder, QString(), &messages);
         window->show();
         QVERIFY(window->findChild<QDockWidget *>("mp_dock_problems")->isHidden());
+        QVERIFY(window->findChild<QDockWidget *>("mp_dock_history")->isVisible());
     }
 
     // A save that drops what the files held says so, in one sentence.

@@ -67,14 +67,14 @@ private slots:
         QTest::newRow("feature into a product")
             << Edit([](RecordsSnapshot &r) { r.features["edit_delete"].productIds.insert("viewer"); })
             << QStringList{"feature edit_delete added to product viewer"}
-            << "Add feature edit_delete to product viewer";
+            << "Mark feature edit_delete for product viewer";
         QTest::newRow("feature out of a layout")
             << Edit([](RecordsSnapshot &r) { r.features["open"].layoutNames.clear(); })
-            << QStringList{"feature open removed from layout cam"} << "Remove feature open from layout cam";
+            << QStringList{"feature open removed from layout cam"} << "Unmark feature open for layout cam";
         QTest::newRow("title")
             << Edit([](RecordsSnapshot &r) { r.features["open"].title = "Open file"; })
             << QStringList{"feature open: title \"Open\" -> \"Open file\""}
-            << "Set title of feature open to \"Open file\"";
+            << "Set title of feature open";
         QTest::newRow("hidden") << Edit([](RecordsSnapshot &r) { r.features["save"].visual = false; })
                                 << QStringList{"feature save: now hidden"} << "Hide feature save";
         QTest::newRow("two fields of one feature")
@@ -83,7 +83,7 @@ private slots:
                    r.features["open"].emergency = true;
                })
             << QStringList{"feature open: tool tip \"\" -> \"Opens\"", "feature open: now an emergency feature"}
-            << "Edit feature open (2 changes)";
+            << "Edit tool tip and emergency of feature open";
         QTest::newRow("feature renamed")
             << Edit([](RecordsSnapshot &r) { r.features.insert("open_file", r.features.take("open")); })
             << QStringList{"feature renamed open -> open_file"} << "Rename feature open to open_file";
@@ -143,7 +143,7 @@ private slots:
                    Product(r, "viewer").modes.insert("cam");
                })
             << QStringList{"product viewer: base license \"free\" -> \"basic\"", "product viewer: layout cam added"}
-            << "Edit product viewer (2 changes)";
+            << "Edit base license and layouts of product viewer";
         QTest::newRow("specific license")
             << Edit([](RecordsSnapshot &r) { Product(r, "pro").specificLicenses["save"].insert("L1"); })
             << QStringList{"product pro: license L1 granted for save"} << "Grant license L1 for save in product pro";
