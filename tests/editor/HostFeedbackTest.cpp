@@ -4,9 +4,13 @@
 
 #include <QDirIterator>
 #include <QDockWidget>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPainter>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QStatusBar>
+#include <QUndoView>
 
 // The desktop program's window over files on disk.
 class HostFeedbackTest : public QObject
@@ -15,10 +19,27 @@ class HostFeedbackTest : public QObject
 
     QTemporaryDir m_dir;
 
-    QString copyExample()
+    QString copyExample(const QString &name = "defs")
     {
-        WriteFolderFiles(m_dir.filePath("defs"), ReadFolderFiles(PE_SOURCE_DIR "/examples/definitions"));
-        return m_dir.filePath("defs");
+        WriteFolderFiles(m_dir.filePath(name), ReadFolderFiles(PE_SOURCE_DIR "/examples/definitions"));
+        return m_dir.filePath(name);
+    }
+    template<typename T = QWidget>
+    static T *find(const std::unique_ptr<QMainWindow> &window, const char *name)
+    {
+        return window->findChild<T *>(name);
+    }
+    // Makes the row of `view` whose `column` reads `id` current and returns it.
+    static QModelIndex select(QAbstractItemView *view, int column, const QString &id)
+    {
+        const QAbstractItemModel *model = view->model();
+        for (int row = 0; row < model->rowCount(); ++row) {
+            if (model->index(row, column).data().toString() == id) {
+                view->setCurrentIndex(model->index(row, column));
+                return model->index(row, column);
+            }
+        }
+        return {};
     }
     static QMap<QString, QDateTime> times(const QString &root)
     {
@@ -75,6 +96,53 @@ private slots:
         window->show();
         QVERIFY(window->findChild<QDockWidget *>("mp_dock_problems")->isHidden());
         QVERIFY(window->findChild<QDockWidget *>("mp_dock_history")->isVisible());
+    }
+
+    // The example after three edits, with the Edit menu open over the History. With
+    // PE_PICTURES set, the picture goes there as history.png (the README's).
+    void historyOfThreeEdits()
+    {
+        QStringList messages;
+        std::unique_ptr<QMainWindow> window = OpenHostWindow(copyExample("definitions"), QString(), &messages);
+        window->resize(1600, 960);
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        find<QDockWidget>(window, "mp_dock_problems")->show();
+        find<QDockWidget>(window, "mp_dock_history")->show();
+
+        auto *extensions = find<QAbstractItemView>(window, "mp_lst_extensions");
+        QVERIFY(select(extensions, 0, "vrml").isValid());
+        find<QPushButton>(window, "mp_btn_remove_extension")->click();
+        QTest::qWait(0);
+        find<QTabWidget>(window, "mp_widget_tab")->setCurrentIndex(0);
+        const QModelIndex print = select(find<QAbstractItemView>(window, "mp_lst_features"), 0, "file_print");
+        const_cast<QAbstractItemModel *>(print.model())->setData(print.siblingAtColumn(1), "Print view...");
+        QTest::qWait(0);
+        auto *products = find<QAbstractItemView>(window, "mp_lst_feature_product");
+        emit products->clicked(select(products, 1, "viewer").siblingAtColumn(0));
+        QTest::qWait(0);
+
+        auto *view = find<QUndoView>(window, "mp_lst_history");
+        QStringList entries;
+        for (int row = 0; row < view->model()->rowCount(); ++row)
+            entries << view->model()->index(row, 0).data().toString();
+        QCOMPARE(entries, QStringList({"Opened definitions", "Remove extension vrml", "Set title of feature file_print",
+                                       "Mark feature file_print for product viewer"}));
+        auto *undo = find<QAction>(window, "mp_run_undo");
+        QCOMPARE(undo->text(), "Undo Mark feature file_print for product viewer");
+        QCOMPARE(find<QAction>(window, "mp_run_redo")->text(), "Redo");
+
+        // A menu is a window of its own; it is drawn into the picture where it opens.
+        auto *menu = find<QMenu>(window, "menuEdit");
+        QMenuBar *bar = window->menuBar();
+        const QPoint at = bar->mapTo(window.get(), bar->actionGeometry(menu->menuAction()).bottomLeft());
+        menu->popup(window->mapToGlobal(at));
+        menu->setActiveAction(undo);
+        QImage picture = window->grab().toImage();
+        QPainter(&picture).drawPixmap(at, menu->grab());
+        menu->hide();
+        const QString pictures = qEnvironmentVariable("PE_PICTURES", m_dir.path());
+        QVERIFY(picture.save(QDir(pictures).filePath("history.png")));
     }
 
     // A save that drops what the files held says so, in one sentence.
