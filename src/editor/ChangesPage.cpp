@@ -1,6 +1,7 @@
 #include "editor/ChangesPage.h"
 
 #include "diff/VantixFeaturesDiffModel.h"
+#include "editor/ChangeSummary.h"
 #include "editor/DiffReview.h"
 #include "models/Model.h"
 #include "store/VantixJsonData.h"
@@ -98,6 +99,8 @@ ChangesPage::ChangesPage(Ui::VantixJSONEditorClass &ui, Model &model, const Edit
     ui.verticalLayout_4->insertWidget(ui.verticalLayout_4->indexOf(ui.mp_tree_diff) + 1, m_notice);
     m_review = std::make_unique<DiffReview>(ui, m_tabBar);
     m_review->SetDocuments([this](int tab) { return tab >= 0 && tab < m_shown.size() ? m_shown[tab].document : ComparedDocument(); });
+    m_summary = std::make_unique<ChangeSummary>(ui);
+    m_summary->Loaded(model.GetData());
     Recheck();
     connect(ui.mp_btn_update, &QPushButton::clicked, this, &ChangesPage::_Update);
     connect(ui.mp_btn_apply_patch, &QPushButton::clicked, this, &ChangesPage::_ApplyChanges);
@@ -153,6 +156,7 @@ void ChangesPage::_Update()
     _Compared(QStringLiteral("the files as loaded with the documents regenerated from the definitions: %1")
                   .arg(Names(documents)),
               m_regeneratedRecords, m_regeneratedStep);
+    m_summary->Refresh(m_model.GetData());
 }
 
 void ChangesPage::Regenerated()
@@ -166,6 +170,7 @@ void ChangesPage::Loaded()
     // The store's documents are the loaded ones now, not regenerated from anything.
     m_regeneratedRecords.reset();
     m_regeneratedStep = m_steps.Current();
+    m_summary->Loaded(m_model.GetData());
     Recheck();
 }
 

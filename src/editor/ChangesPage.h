@@ -22,6 +22,7 @@ class VantixJSONEditorClass;
 
 namespace ProductEditor {
 
+class ChangeSummary;
 class DiffReview;
 class Model;
 class VantixFeaturesDiffModel;
@@ -99,6 +100,7 @@ private:
     const EditSteps &m_steps;
     QTabBar *m_tabBar = nullptr; // owned by the Changes page widget
     std::unique_ptr<DiffReview> m_review;
+    std::unique_ptr<ChangeSummary> m_summary;
     QLabel *m_notice; // owned by the Changes page widget
     quint64 m_build = 0;
     QVector<Shown> m_shown;

@@ -50,4 +50,13 @@ QJsonArray ChangesToJson(const RecordChanges &changes)
     return array;
 }
 
+QJsonObject ChangesReportJson(const RecordChanges &changes, const QString &left, const QString &right)
+{
+    return QJsonObject{{QStringLiteral("version"), kChangeJsonVersion},
+                       {QStringLiteral("left"), left},
+                       {QStringLiteral("right"), right},
+                       {QStringLiteral("count"), changes.size()},
+                       {QStringLiteral("changes"), ChangesToJson(changes)}};
+}
+
 } // namespace ProductEditor

@@ -18,6 +18,11 @@ constexpr int kChangeJsonVersion = 1;
 PRODUCT_EDITOR_EXPORT QJsonObject ChangeToJson(const RecordChange &change);
 PRODUCT_EDITOR_EXPORT QJsonArray ChangesToJson(const RecordChanges &changes);
 
+// A whole comparison: {"version", "left", "right", "count", "changes"}, the changes as
+// CompareRecords lists them (complete: they apply to the left records).
+PRODUCT_EDITOR_EXPORT QJsonObject ChangesReportJson(const RecordChanges &changes, const QString &left,
+                                                    const QString &right);
+
 // The lower-case names used in the objects.
 PRODUCT_EDITOR_EXPORT QString RecordName(RecordChange::Record record);
 PRODUCT_EDITOR_EXPORT QString KindName(RecordChange::Kind kind);

@@ -257,7 +257,9 @@ QString ChangedFields(const RecordChanges &changes)
     return Listed(labels);
 }
 
-QString CountedRecords(const RecordChanges &changes)
+} // namespace
+
+QString CountChangedRecords(const RecordChanges &changes)
 {
     QStringList parts;
     for (Record record : {Record::Feature, Record::Product, Record::Layout, Record::License, Record::Extension}) {
@@ -269,10 +271,10 @@ QString CountedRecords(const RecordChanges &changes)
         if (!ids.isEmpty())
             parts.append(QStringLiteral("%1 %2").arg(ids.size()).arg(Noun(record, ids.size())));
     }
+    if (parts.isEmpty())
+        return QString();
     return Listed(parts);
 }
-
-} // namespace
 
 QString WordChange(const RecordChange &change, ChangeWording wording)
 {
@@ -302,7 +304,7 @@ QString NameEdit(const RecordChanges &changes)
     });
     if (oneRecord)
         return QStringLiteral("Edit %1 of %2").arg(ChangedFields(changes), Subject(first));
-    return QStringLiteral("Edit %1 (%2 changes)").arg(CountedRecords(changes)).arg(changes.size());
+    return QStringLiteral("Edit %1 (%2 changes)").arg(CountChangedRecords(changes)).arg(changes.size());
 }
 
 QString NameApply(int differences)

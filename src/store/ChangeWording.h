@@ -23,4 +23,7 @@ PRODUCT_EDITOR_EXPORT QString NameEdit(const RecordChanges &changes);
 // The name of "Apply changes" on the Changes page, by the differences it settled.
 PRODUCT_EDITOR_EXPORT QString NameApply(int differences);
 
+// The records that `changes` touch, counted: "2 features, 1 product and 1 extension".
+PRODUCT_EDITOR_EXPORT QString CountChangedRecords(const RecordChanges &changes);
+
 } // namespace ProductEditor

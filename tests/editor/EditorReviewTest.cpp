@@ -167,6 +167,34 @@ private slots:
                  qPrintable(details()));
         QVERIFY(details().contains("    \"title\": \"Opened\",\n"));
     }
+
+    // The pending edits in product terms under the diff tree: the records as loaded
+    // against the records as edited, as of the last Update.
+    void summaryInProductTerms_data()
+    {
+        QTest::addColumn<QStringList>("actions");
+        QTest::addColumn<QString>("summary");
+
+        QTest::newRow("before Update") << QStringList{"title"} << "";
+        QTest::newRow("nothing edited") << QStringList{"update"} << "No pending edits: the definitions are as loaded.";
+        QTest::newRow("a title and a product")
+            << QStringList{"title", "join", "update"}
+            << "2 changes to 2 features\n\nFeatures:\n  feature file_open: title \"Open\" -> \"Opened\"\n"
+               "  feature mesh_cut added to product basic\n";
+        QTest::newRow("edited, then undone") << QStringList{"title", "update", "undo", "update"}
+                                             << "No pending edits: the definitions are as loaded.";
+    }
+
+    void summaryInProductTerms()
+    {
+        QFETCH(QStringList, actions);
+        QFETCH(QString, summary);
+        auto *view = editor->find<QPlainTextEdit>("mp_tree_change_summary");
+        QVERIFY(view && view->isReadOnly());
+        for (const QString &action : actions)
+            act(action);
+        QCOMPARE(view->toPlainText(), summary);
+    }
 };
 
 QTEST_MAIN(EditorReviewTest)

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "ProductEditorExport.h"
+#include "store/RecordsSnapshot.h"
+
+#include <QJsonObject>
+#include <QMap>
+#include <QString>
+
+namespace ProductEditor {
+
+// The records that a products document and layout objects (by layout name) decode to,
+// as a load reads them; the snapshot keeps the documents as its loaded ones. What a
+// folder held when it was loaded, or what a save of the records would hold when read
+// back, without touching the disk.
+PRODUCT_EDITOR_EXPORT RecordsSnapshot DecodeRecords(const QJsonObject &products,
+                                                    const QMap<QString, QJsonObject> &layouts,
+                                                    const QMap<QString, QString> &licenses);
+
+} // namespace ProductEditor
