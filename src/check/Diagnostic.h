@@ -21,6 +21,8 @@ struct Diagnostic
     enum class Subject { None, Feature, Product, Extension };
     Subject subject = Subject::None;
     QString subjectId;
+    // What a save of the loaded folder dropped: the file held it until then, not now.
+    bool droppedBySave = false;
 };
 
 using Diagnostics = QVector<Diagnostic>;

@@ -10,8 +10,9 @@ namespace {
 
 int CountOf(const Diagnostics &problems, const char *code)
 {
-    return int(std::count_if(problems.cbegin(), problems.cend(),
-                             [code](const Diagnostic &problem) { return problem.code == QLatin1String(code); }));
+    return int(std::count_if(problems.cbegin(), problems.cend(), [code](const Diagnostic &problem) {
+        return problem.code == QLatin1String(code) && IsSaveLoss(problem);
+    }));
 }
 
 QString Counted(int count, const char *one, const char *many)
@@ -20,6 +21,13 @@ QString Counted(int count, const char *one, const char *many)
 }
 
 } // namespace
+
+bool IsSaveLoss(const Diagnostic &problem)
+{
+    return !problem.droppedBySave && problem.line > 0
+           && (problem.code == QLatin1String("PE009") || problem.code == QLatin1String("PE010")
+               || problem.code == QLatin1String("PE015"));
+}
 
 QString SaveLosses(const Diagnostics &problems)
 {

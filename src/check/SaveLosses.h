@@ -12,4 +12,8 @@ namespace ProductEditor {
 // was replaced by its default"; empty when a save loses nothing.
 PRODUCT_EDITOR_EXPORT QString SaveLosses(const Diagnostics &problems);
 
+// A problem whose value a save drops or rewrites (unknown keys, repeated keys, values of
+// the wrong type), as the files held it.
+PRODUCT_EDITOR_EXPORT bool IsSaveLoss(const Diagnostic &problem);
+
 } // namespace ProductEditor

@@ -1,10 +1,13 @@
 #include "editor/LiveProblems.h"
 
 #include "check/RecordedFiles.h"
+#include "check/SaveLosses.h"
 #include "store/RecordsSnapshot.h"
 #include "store/VantixJsonData.h"
 
 #include <QtConcurrent>
+
+#include <algorithm>
 
 namespace ProductEditor {
 
@@ -49,6 +52,23 @@ void LiveProblems::RecordsChanged()
         m_timer.start(kEditPause);
 }
 
+void LiveProblems::KeepSaveLosses()
+{
+    // A second save before the first one's files were checked again finds the same rows.
+    const auto kept = [this](const Diagnostic &problem) {
+        return std::any_of(m_dropped.cbegin(), m_dropped.cend(), [&problem](const Diagnostic &dropped) {
+            return dropped.file == problem.file && dropped.line == problem.line && dropped.column == problem.column
+                   && dropped.code == problem.code;
+        });
+    };
+    for (Diagnostic problem : m_model.GetDiagnostics()) {
+        if (!IsSaveLoss(problem) || kept(problem))
+            continue;
+        problem.droppedBySave = true;
+        m_dropped << problem;
+    }
+}
+
 void LiveProblems::_Start()
 {
     if (m_watcher.isRunning()) {
@@ -76,7 +96,7 @@ void LiveProblems::_Finished()
         _Start();
         return;
     }
-    m_model.SetDiagnostics(m_last->all, m_folder);
+    m_model.SetDiagnostics(m_last->all + m_dropped, m_folder);
     emit Busy(false);
     emit Updated();
 }

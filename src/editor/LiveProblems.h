@@ -32,6 +32,11 @@ public:
 
     // After a load, a reload or a save: the files are read again.
     void FilesChanged();
+    // Before the files a save wrote into the loaded folder are read again: what it dropped
+    // stays listed, marked, until the next load.
+    void KeepSaveLosses();
+    // A load or a reload: the files hold all there is to list.
+    void ForgetSaveLosses() { m_dropped.clear(); }
     // After an edit: the records are checked once edits pause.
     void RecordsChanged();
 
@@ -52,6 +57,7 @@ private:
     QFutureWatcher<LiveFindings> m_watcher;
     QString m_folder;                      // of the running check
     std::optional<LiveFindings> m_last; // of the files as last checked
+    Diagnostics m_dropped;              // by the saves since the last load
     bool m_filesChanged = true;
     bool m_pending = false; // something changed while a check ran
 };

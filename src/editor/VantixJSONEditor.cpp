@@ -219,6 +219,7 @@ void VantixJSONEditor::_Reload()
     if (PageTools::Confirm(this, QStringLiteral("Reload"),
                            QStringLiteral("You will lost all your changes, are you sure?"))
         && _LoadWith([this] { return d->model.GetData().Reload(); })) {
+        d->problems->ForgetSaveLosses();
         d->history->Clear();
         d->changes->Loaded();
     }
@@ -245,6 +246,7 @@ bool VantixJSONEditor::_LoadWith(const std::function<bool()> &load)
 
 void VantixJSONEditor::_Loaded(const QString &path)
 {
+    d->problems->ForgetSaveLosses();
     d->history->Clear();
     d->changes->Loaded();
     _ShowFolder(path);
@@ -253,8 +255,10 @@ void VantixJSONEditor::_Loaded(const QString &path)
 void VantixJSONEditor::_Save()
 {
     d->history->Flush();
-    if (d->model.GetData().Save())
+    if (d->model.GetData().Save()) {
+        d->problems->KeepSaveLosses();
         _Saved();
+    }
 }
 
 void VantixJSONEditor::_SaveAs()

@@ -12,7 +12,8 @@ namespace {
 bool SameRow(const Diagnostic &a, const Diagnostic &b)
 {
     return a.code == b.code && a.severity == b.severity && a.file == b.file && a.line == b.line
-           && a.column == b.column && a.path == b.path && a.message == b.message && a.subjectId == b.subjectId;
+           && a.column == b.column && a.path == b.path && a.message == b.message && a.subjectId == b.subjectId
+           && a.droppedBySave == b.droppedBySave;
 }
 
 QString Plural(int count, const char *word)
@@ -121,6 +122,8 @@ QString ProblemsModel::Location(const Diagnostic &diagnostic) const
 {
     static const char *const kinds[] = {"", "feature", "product", "extension"};
     const QString file = QDir::toNativeSeparators(m_folder.relativeFilePath(diagnostic.file));
+    if (diagnostic.line > 0 && diagnostic.droppedBySave)
+        return QStringLiteral("%1:%2:%3 (dropped by the last save)").arg(file).arg(diagnostic.line).arg(diagnostic.column);
     if (diagnostic.line > 0)
         return QStringLiteral("%1:%2:%3").arg(file).arg(diagnostic.line).arg(diagnostic.column);
     if (diagnostic.subject == Diagnostic::Subject::None)

@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QSignalSpy>
+#include <QTableView>
 
 using ProductEditor::ProblemsModel;
 using ProductEditor::FeaturesModel;
@@ -90,6 +91,11 @@ private slots:
         QCOMPARE(editor->find<QLabel>("mp_lbl_problems_summary")->text(),
                  QString("%1 warnings, %2 errors").arg(printed["warnings"].toInt()).arg(printed["errors"].toInt()));
         QCOMPARE(title(), QString("Problems (23)"));
+        auto *sortable = static_cast<QTableView *>(editor->find<QAbstractItemView>("mp_tbl_problems"));
+        sortable->sortByColumn(ProblemsModel::CodeColumn, Qt::DescendingOrder);
+        QCOMPARE(findings()->index(0, ProblemsModel::CodeColumn).data().toString(), QString("PE015"));
+        sortable->sortByColumn(-1, Qt::AscendingOrder);
+        QCOMPARE(Rows(findings()), expected);
 
         auto *table = editor->find<QAbstractItemView>("mp_tbl_problems");
         const QModelIndexList ghost = findings()->match(findings()->index(0, ProblemsModel::MessageColumn),

@@ -158,6 +158,18 @@ private slots:
         window->findChild<QAction *>("mp_run_save")->trigger();
         QCOMPARE(window->statusBar()->currentMessage(),
                  QString("Saved 3 files; 1 unknown key and 1 repeated key were dropped, see Problems"));
+        // The files now hold neither; the panel lists both as dropped until the next load.
+        const QAbstractItemModel *problems = window->findChild<QAbstractItemView *>("mp_tbl_problems")->model();
+        QTRY_COMPARE(problems->rowCount(), 2);
+        for (int row = 0; row < 2; ++row)
+            QVERIFY(problems->index(row, 2).data().toString().endsWith(":1:2 (dropped by the last save)")
+                    || problems->index(row, 2).data().toString().endsWith(":5:17 (dropped by the last save)"));
+        window->findChild<QAction *>("mp_run_save")->trigger();
+        QVERIFY(window->statusBar()->currentMessage().startsWith("Saved 3 files to "));
+        DialogAnswers answers;
+        answers.Then({int(QMessageBox::Yes)});
+        window->findChild<QAction *>("mp_run_reload")->trigger();
+        QTRY_COMPARE(problems->rowCount(), 0);
     }
 
     // The host marks a failed save unsaved; stepping back and forth to that step keeps the mark.
