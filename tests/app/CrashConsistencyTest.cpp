@@ -225,6 +225,8 @@ private slots:
         for (int i = 0; i < kills; ++i) {
             if (!KillAndOpen(m_saves[save], points.at(random.bounded(int(points.size())))))
                 return;
+            if ((i + 1) % 10 == 0)
+                qInfo("%d kills", i + 1);
         }
         qInfo("%d kills of the %s save among its %d calls on the folder: old or new after each next open, %.1f s",
               kills, qPrintable(save), int(points.size()), timer.elapsed() / 1000.0);
@@ -235,6 +237,9 @@ int main(int argc, char **argv)
 {
     if (argc == 3 && qstrcmp(argv[1], WindowSave) == 0)
         return SaveFromTheWindow(argc, argv);
+    // A campaign runs for longer than a test function may by default.
+    if (qEnvironmentVariableIsSet("PE_KILL_CAMPAIGN") && !qEnvironmentVariableIsSet("QTEST_FUNCTION_TIMEOUT"))
+        qputenv("QTEST_FUNCTION_TIMEOUT", "86400000");
     QCoreApplication app(argc, argv);
     CrashConsistencyTest test;
     QTEST_SET_MAIN_SOURCE_PATH
