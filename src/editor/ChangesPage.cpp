@@ -171,11 +171,13 @@ void ChangesPage::Loaded()
     m_regeneratedRecords.reset();
     m_regeneratedStep = m_steps.Current();
     m_summary->Loaded(m_model.GetData());
+    m_applied.reset();
     Recheck();
 }
 
 void ChangesPage::_Compared(const QString &what, std::optional<RecordsSnapshot> records, EditSteps::Step step)
 {
+    m_applied.reset();
     m_compared = what;
     m_comparedRecords = std::move(records);
     m_comparedStep = step;
@@ -194,6 +196,10 @@ void ChangesPage::Recheck()
     }
     m_notice->setText(QStringLiteral("Compared %1; only documents with differences have a tab.").arg(m_compared));
     m_notice->show();
+    if (m_applied && m_applied->records == RecordsSnapshot::Take(m_model.GetData())) {
+        m_review->SetApplied(m_applied->taken, m_applied->total);
+        return;
+    }
     const int edits = m_steps.Distance(m_comparedStep, m_steps.Current());
     const bool current = m_comparedRecords ? *m_comparedRecords == RecordsSnapshot::Take(m_model.GetData())
                                            : edits == 0;
@@ -309,6 +315,10 @@ void ChangesPage::_ClearTabs()
 void ChangesPage::_ApplyChanges()
 {
     VantixJsonData &data = m_model.GetData();
+    int taken = 0;
+    for (const QVector<int> &rows : m_review->Ticks())
+        taken += rows.size();
+    const int total = m_review->DifferenceCount();
     for (int index = 0; index < m_tabBar->count(); ++index) {
         VantixFeaturesDiffModel *model = DiffModelOf(m_tabBar, index);
         if (!model)
@@ -320,6 +330,8 @@ void ChangesPage::_ApplyChanges()
             model->ApplyPatch(data.GetLayoutsOriginalJsons()[name]);
     }
     data.UpdateData();
+    m_applied = Applied{RecordsSnapshot::Take(data), taken, total};
+    Recheck();
 }
 
 } // namespace ProductEditor

@@ -105,6 +105,14 @@ private:
     quint64 m_build = 0;
     QVector<Shown> m_shown;
     QString m_compared;
+    // The records "Apply changes" left, and how many of how many differences it took from the right.
+    struct Applied
+    {
+        RecordsSnapshot records;
+        int taken = 0;
+        int total = 0;
+    };
+    std::optional<Applied> m_applied;
     std::optional<RecordsSnapshot> m_comparedRecords;    // the records the shown differences describe
     std::optional<RecordsSnapshot> m_regeneratedRecords; // the records the store's documents were made from
     EditSteps::Step m_comparedStep = -1;    // the step of the shown differences

@@ -145,6 +145,13 @@ void DiffReview::SetStanding(Standing standing, int edits)
     _ShowSummary();
 }
 
+void DiffReview::SetApplied(int taken, int total)
+{
+    m_taken = taken;
+    m_appliedOf = total;
+    SetStanding(Applied);
+}
+
 // A count that no longer describes the definitions is not shown at all, so it cannot be taken as current.
 void DiffReview::_ShowSummary()
 {
@@ -152,6 +159,7 @@ void DiffReview::_ShowSummary()
     case NotCompared: m_summary->setText(DiffText::NotCompared()); break;
     case Current: m_summary->setText(m_counted); break;
     case OutOfDate: m_summary->setText(DiffText::OutOfDate(m_edits)); break;
+    case Applied: m_summary->setText(DiffText::Applied(m_taken, m_appliedOf)); break;
     }
     QFont font = m_summary->font();
     font.setBold(m_standing == OutOfDate);

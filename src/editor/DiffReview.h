@@ -30,7 +30,7 @@ class DiffReview : public QObject
 {
 public:
     // Whether the shown differences describe the records as they are.
-    enum Standing { NotCompared, Current, OutOfDate };
+    enum Standing { NotCompared, Current, OutOfDate, Applied };
 
     DiffReview(Ui::VantixJSONEditorClass &ui, QTabBar *tabBar);
 
@@ -39,6 +39,8 @@ public:
     bool Applicable() const;
     // `edits` counts the edits since the comparison, for one out of date.
     void SetStanding(Standing standing, int edits = 0);
+    // Right after "Apply changes", which took `taken` of the `total` differences from the right side.
+    void SetApplied(int taken, int total);
     // The differences of every tab.
     int DifferenceCount() const;
     // After the tree shows another model.
@@ -66,6 +68,8 @@ private:
     int m_total = 0;
     Standing m_standing = NotCompared;
     int m_edits = 0;
+    int m_taken = 0; // Applied: of m_appliedOf
+    int m_appliedOf = 0;
     QMetaObject::Connection m_current;
     QMetaObject::Connection m_ticks;
     std::function<ComparedDocument(int tab)> m_documentOf;

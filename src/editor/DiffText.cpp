@@ -136,6 +136,14 @@ QString OutOfDate(int edits)
         .arg(edits == 1 ? QStringLiteral("1 edit") : QStringLiteral("%1 edits").arg(edits));
 }
 
+QString Applied(int taken, int total)
+{
+    return QStringLiteral("Applied: %1 of %2 took the right side, and the loaded documents were re-read from "
+                          "the result. Press Update to compare again.")
+        .arg(taken)
+        .arg(Differences(total));
+}
+
 QString Details(const QJsonDiffTreeItem &node, bool applicable, const QJsonObject &leftDocument,
                 const QJsonObject &rightDocument)
 {

@@ -19,6 +19,8 @@ QString Differences(int count);
 QString NotCompared();
 // The summary of a comparison that `edits` edits (undos, redos and loads among them) left behind.
 QString OutOfDate(int edits);
+// The summary right after "Apply changes" took `taken` of `total` differences from the right side.
+QString Applied(int taken, int total);
 // The node's path, both sides as indented JSON, and what "Apply changes" does with it.
 // A record that changed inside (an element of an array, such as one feature) holds no
 // values of its own; its sides are then read from the two compared documents.
