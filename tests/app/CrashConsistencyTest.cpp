@@ -7,6 +7,7 @@
 // pe-generate) replaces the example, and PE_KILL_CAMPAIGN=N kills each save at N calls picked
 // at random (seeded by PE_KILL_SEED) instead of at each call in turn.
 #include "host/EditorHost.h"
+#include "store/FolderTransaction.h"
 #include "FolderFiles.h"
 #include "TestHelpers.h"
 
@@ -22,6 +23,8 @@
 #include <QTest>
 
 #include <utility>
+
+using namespace ProductEditor;
 
 namespace {
 
@@ -78,6 +81,18 @@ class CrashConsistencyTest : public QObject
     QString m_strace;
     FolderFiles m_old;
     QMap<QString, Save> m_saves;
+    const bool m_campaign = qEnvironmentVariableIsSet("PE_KILL_CAMPAIGN");
+
+    // What an open does first: an interrupted save is finished or undone, each file named.
+    static Run Recovered(const QString &folder)
+    {
+        const FolderRecovery recovery = FolderTransaction::Recover(folder);
+        Run run;
+        run.status = recovery.outcome == FolderRecovery::Outcome::Refused ? 2 : 0;
+        for (const QString &note : recovery.notes)
+            run.err += "warning: " + folder + "/" + note + "\n";
+        return run;
+    }
 
     // The calls of one kind the save makes on the folder, numbered as strace counts them.
     QVector<int> CallsOnFolder(const QString &log, const QString &syscall, bool writesOnly) const
@@ -120,7 +135,8 @@ class CrashConsistencyTest : public QObject
             return false;
         }
         const FolderFiles left = ReadFolderFiles(m_folder);
-        const Run open = Program({"normalize", m_folder, "--check"});
+        // A campaign opens the folder the way every open starts, without loading it after.
+        const Run open = m_campaign ? Recovered(m_folder) : Program({"normalize", m_folder, "--check"});
         const FolderFiles opened = ReadFolderFiles(m_folder);
         if (opened != m_old && opened != save.after) {
             QTest::qFail(qPrintable(where + ": the next open sees " + Describe(opened, m_old, save.after)), __FILE__,
@@ -129,7 +145,7 @@ class CrashConsistencyTest : public QObject
         }
         // Whatever the open had to finish or remove is named, and it then sees a saved folder.
         const bool named = left == opened || open.err.contains("warning: " + m_folder);
-        if (!named || open.status != (opened == save.after ? 0 : 1)) {
+        if (!named || (!m_campaign && open.status != (opened == save.after ? 0 : 1))) {
             QTest::qFail(qPrintable(where + ": " + open.err), __FILE__, __LINE__);
             return false;
         }
@@ -189,7 +205,7 @@ private slots:
         QFETCH(QString, save);
         QFETCH(QStringList, syscalls);
         QFETCH(bool, writesOnly);
-        if (qEnvironmentVariableIsSet("PE_KILL_CAMPAIGN"))
+        if (m_campaign)
             QSKIP("a campaign kills at random calls instead");
         int kills = 0;
         for (const QString &syscall : syscalls) {
