@@ -18,7 +18,8 @@ namespace ProductEditor {
 
 struct EditorPrivate;
 
-// The editor's main window: a File menu and six pages over one definition store.
+// The editor's main window: File, Edit and View menus, six pages over one definition store,
+// and the docks of the undo history and of the problems the checks find.
 class PRODUCT_EDITOR_EXPORT VantixJSONEditor : public QMainWindow
 {
     Q_OBJECT

@@ -117,7 +117,7 @@ QVariant ProblemsModel::headerData(int section, Qt::Orientation orientation, int
 }
 
 // A problem that no file holds yet (an edit made it) is placed at its record, or at
-// its file and path when no record is named.
+// its file and path when no record is named; one a save dropped where the file had it.
 QString ProblemsModel::Location(const Diagnostic &diagnostic) const
 {
     static const char *const kinds[] = {"", "feature", "product", "extension"};
