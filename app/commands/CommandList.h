@@ -4,6 +4,7 @@
 PE_COMMAND(CheckCommand)
 PE_COMMAND(NormalizeCommand)
 PE_COMMAND(DiffCommand)
+PE_COMMAND(ChangesCommand)
 PE_COMMAND(CompareProductsCommand)
 PE_COMMAND(QueryCommand)
 PE_COMMAND(MergeFileCommand)

@@ -1,10 +1,11 @@
 #include "commands/Command.h"
 #include "commands/CommandLine.h"
+#include "commands/RevisionOptions.h"
 #include "git/RevisionFolders.h"
 #include "host/FileAccess.h"
 #include "output/DiffPrinter.h"
 #include "output/ProgramMessage.h"
-#include "output/ReviewPrinter.h"
+#include "output/ChangesPrinter.h"
 
 #include "store/ComparedDocument.h"
 #include "store/RecordComparison.h"
@@ -39,40 +40,13 @@ std::vector<DiffReport> DiffTwoResults(VantixJsonData &left, VantixJsonData &rig
     return reports;
 }
 
-// With --from, DIR at the two revisions takes the place of the two folders. Returns the
-// exit status when the run ends here.
-std::optional<int> UseRevisions(const QCommandLineParser &parser, RevisionFolders &revisions, QStringList *folders,
-                                QStringList *sides)
-{
-    const QString from = parser.value(QStringLiteral("from")), to = parser.value(QStringLiteral("to"));
-    if (!parser.isSet(QStringLiteral("from"))) {
-        if (parser.isSet(QStringLiteral("to")))
-            return UsageError(QStringLiteral("diff: --to needs --from"));
-        return std::nullopt;
-    }
-    if (folders->size() != 1)
-        return UsageError(QStringLiteral("diff: unexpected argument '%1' with --from").arg(folders->at(1)));
-    QString error;
-    if (!revisions.Prepare(folders->at(0), from, to, &error))
-        return ProgramMessage::Fail(error);
-    const QString folder = folders->at(0);
-    *sides = QStringList{QStringLiteral("%1 at %2").arg(folder, from),
-                         to.isEmpty() ? folder : QStringLiteral("%1 at %2").arg(folder, to)};
-    *folders = QStringList{revisions.leftPath(), revisions.rightPath()};
-    return std::nullopt;
-}
-
 int RunDiff(const QStringList &args, const Reader &reader)
 {
     QCommandLineParser parser;
     AddStandardOptions(parser);
     AddCatalogueOption(parser);
     AddFormatOption(parser);
-    parser.addOption({QStringLiteral("from"), QStringLiteral("Compare DIR as it is at this git revision."),
-                      QStringLiteral("REV")});
-    parser.addOption({QStringLiteral("to"),
-                      QStringLiteral("Compare with DIR at this revision instead of the working tree."),
-                      QStringLiteral("REV")});
+    AddRevisionOptions(parser);
     if (const auto status = ParseArguments(parser, QStringLiteral("diff"), args, 1, 2))
         return *status;
     // The review format is the diff's own: compare-products has no records to compare.
@@ -84,7 +58,7 @@ int RunDiff(const QStringList &args, const Reader &reader)
     QStringList folders = parser.positionalArguments();
     QStringList sides = folders;
     RevisionFolders revisions;
-    if (const auto status = UseRevisions(parser, revisions, &folders, &sides))
+    if (const auto status = UseRevisions(QStringLiteral("diff"), parser, revisions, &folders, &sides))
         return *status;
     if (review && folders.size() == 1)
         return UsageError(QStringLiteral("diff: --format review compares two versions: give OTHER or --from"));
@@ -104,7 +78,7 @@ int RunDiff(const QStringList &args, const Reader &reader)
         return ExitError;
     if (review) {
         const RecordChanges changes = CompareRecords(RecordsSnapshot::Take(*left), RecordsSnapshot::Take(*right));
-        PrintReview(Out(), changes, sides.at(0), sides.at(1));
+        PrintChanges(Out(), changes, ChangesFormat::Markdown, sides.at(0), sides.at(1));
         return changes.isEmpty() ? ExitOk : ExitDifferent;
     }
     left->UpdateResultJsons();
@@ -124,5 +98,5 @@ extern const Command DiffCommand{
                    "  product-editor diff DIR --from REV [--to REV] [--format text|json|review]\n"
                    "      Show how DIR differs between two git revisions (default --to: the\n"
                    "      working tree). --format review lists the changes in product terms,\n"
-                   "      in Markdown (\"feature open: title \"Open\" -> \"Open file\"\").\n"),
+                   "      in Markdown, as changes --format markdown does.\n"),
     RunDiff};

@@ -33,7 +33,8 @@ const char *const kRows[][2] = {
 };
 constexpr int kRowCount = int(sizeof(kRows) / sizeof(kRows[0]));
 
-// Text outside code spans: characters Markdown or HTML would act on are escaped.
+// Text outside code spans: characters Markdown would act on are escaped, and '<', which
+// would open an HTML tag.
 QString Escaped(const QString &text)
 {
     QString out;
@@ -41,8 +42,6 @@ QString Escaped(const QString &text)
     for (const QChar c : text) {
         if (c == QLatin1Char('<'))
             out += QStringLiteral("&lt;");
-        else if (c == QLatin1Char('>'))
-            out += QStringLiteral("&gt;");
         else if (QStringLiteral("\\`*_[]|#").contains(c))
             out += QLatin1Char('\\') + c;
         else
@@ -95,10 +94,12 @@ void AddToRow(ProductSection &section, const RecordChange &change, const QString
     const int row = RowOf(field);
     if (row < 0)
         return;
+    // A feature's change names the product; the product's table names the feature.
+    const bool feature = change.record == Record::Feature;
     if (change.kind == Kind::Gained)
-        section.gained[row] << NameInRow(change, change.after);
+        section.gained[row] << NameInRow(change, feature ? change.id : change.after);
     else
-        section.lost[row] << NameInRow(change, change.before);
+        section.lost[row] << NameInRow(change, feature ? change.id : change.before);
 }
 
 void AddProductChange(QMap<QString, ProductSection> &sections, const RecordChange &change)

@@ -263,10 +263,15 @@ QString CountChangedRecords(const RecordChanges &changes)
 {
     QStringList parts;
     for (Record record : {Record::Feature, Record::Product, Record::Layout, Record::License, Record::Extension}) {
-        QSet<QString> ids;
+        // A renamed record's changes under its new id are still that record's.
+        QSet<QString> ids, newIds;
         for (const RecordChange &change : changes) {
-            if (change.record == record)
+            if (change.record != record)
+                continue;
+            if (!newIds.contains(change.id))
                 ids.insert(change.id);
+            if (change.kind == Kind::Renamed)
+                newIds.insert(change.after);
         }
         if (!ids.isEmpty())
             parts.append(QStringLiteral("%1 %2").arg(ids.size()).arg(Noun(record, ids.size())));

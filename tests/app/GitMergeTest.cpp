@@ -157,8 +157,8 @@ private slots:
         QTest::newRow("diff, --to alone") << QStringList{"diff", "defs", "--to", "HEAD"} << 2 << "diff: --to needs --from";
         QTest::newRow("diff for review between revisions")
             << QStringList{"diff", "defs", "--from", "HEAD~1", "--to", "HEAD", "--format", "review"} << 1
-            << "## Definition changes: defs at HEAD~1 -> defs at HEAD\n\n### Features\n\n"
-               "- feature open: title \"Open\" -> \"Open A\"\n\n1 change\n";
+            << "## Definition changes: defs at HEAD~1 -> defs at HEAD\n\n**1 change** to 1 feature\n\n"
+               "### Features\n\n- feature open: title \"Open\" -> \"Open A\"\n";
         QTest::newRow("diff for review, no change")
             << QStringList{"diff", "defs", "--from", "HEAD", "--format", "review"} << 0 << "";
         QTest::newRow("diff for review of one version")
@@ -201,21 +201,20 @@ private slots:
 
         const Run run = Program({"diff", "defs", "--from", "HEAD", "--format", "review"});
         QCOMPARE(run.status, 1);
-        QCOMPARE(run.all(), QString("## Definition changes: defs at HEAD -> defs\n"
-                                  "\n### Features\n\n"
+        QCOMPARE(run.all(), QString("## Definition changes: defs at HEAD -> defs\n\n"
+                                  "**10 changes** to 3 features, 2 products and 1 layout\n\n"
+                                  "### Features\n\n"
                                   "- feature cut \"Cut\" added\n"
-                                  "- feature cut added to product p\n"
-                                  "- feature cut added to product p2\n"
-                                  "- feature open: title \"Open\" -> \"Open file\"\n"
-                                  "- feature open added to product p2\n"
-                                  "- feature save added to product p2\n"
-                                  "\n### Products\n\n"
-                                  "- product p2 added (duplicate of p)\n"
-                                  "- product p2: layout main added\n"
-                                  "- product q: layout main removed\n"
-                                  "\n### Layouts\n\n"
-                                  "- layout main: now opens obj\n"
-                                  "\n10 changes\n"));
+                                  "- feature open: title \"Open\" -> \"Open file\"\n\n"
+                                  "### Product `p`\n\n"
+                                  "| | Gained | Lost |\n|---|---|---|\n| Features | `cut` |  |\n\n"
+                                  "### Product `p2` (added, a copy of `p`)\n\n"
+                                  "| | Gained | Lost |\n|---|---|---|\n"
+                                  "| Features | `cut`, `open`, `save` |  |\n| Layouts | `main` |  |\n\n"
+                                  "### Product `q`\n\n"
+                                  "| | Gained | Lost |\n|---|---|---|\n| Layouts |  | `main` |\n\n"
+                                  "### Layouts\n\n"
+                                  "- layout main: now opens obj\n"));
     }
 
     void mergeFolders()
