@@ -1,0 +1,110 @@
+#include "git/EntryLog.h"
+
+#include "store/RecordComparison.h"
+
+#include <QHash>
+
+#include <optional>
+
+using namespace ProductEditor;
+
+namespace {
+
+// One walk's state: which id the entry has at each revision still to visit.
+class Walker
+{
+public:
+    Walker(FolderHistory &history, const std::function<void(const QString &)> &warn)
+        : m_history(history)
+        , m_warn(warn)
+    {
+    }
+
+    std::optional<FolderHistory::Files> Files(const QString &revision, QString *error)
+    {
+        const auto known = m_files.constFind(revision);
+        if (known != m_files.cend())
+            return *known;
+        const auto files = m_history.FilesAt(revision, error);
+        if (files)
+            m_files.insert(revision, *files);
+        return files;
+    }
+
+    // The entry's changes from `parent` (empty: before the first commit) to `commit`.
+    std::optional<RecordChanges> Changes(const EntryChanges &entry, const QString &parent, const QString &commit,
+                                         QString *error)
+    {
+        const auto after = Files(commit, error);
+        const auto before = parent.isEmpty() ? std::optional<FolderHistory::Files>(FolderHistory::Files())
+                                             : Files(parent, error);
+        if (!after || !before)
+            return std::nullopt;
+        if (*after == *before)
+            return RecordChanges();
+        const auto newer = Load(commit, *after, error);
+        if (!newer)
+            return std::nullopt;
+        const auto older = Load(parent, *before, error);
+        if (!older)
+            return std::nullopt;
+        return entry.Of(CompareRecords(*older, *newer));
+    }
+
+private:
+    std::optional<RecordsSnapshot> Load(const QString &revision, const FolderHistory::Files &files, QString *error)
+    {
+        QString warning;
+        auto records = m_history.Records(files, &warning, error);
+        if (records && !warning.isEmpty())
+            m_warn(QStringLiteral("%1: %2; read as no records").arg(revision.left(12), warning));
+        return records;
+    }
+
+    FolderHistory &m_history;
+    const std::function<void(const QString &)> &m_warn;
+    QHash<QString, FolderHistory::Files> m_files;
+};
+
+} // namespace
+
+bool EntryLog::Walk(FolderHistory &history, const Options &options, const std::function<void(const Entry &)> &found,
+                    const std::function<void(const QString &)> &warn, QString *error)
+{
+    const auto commits = history.Commits(!options.allParents, error);
+    if (!commits)
+        return false;
+    Walker walker(history, warn);
+    QHash<QString, QString> ids; // commit -> the entry's id there
+    if (!commits->isEmpty())
+        ids.insert(commits->first().id, options.entry.id);
+    int listed = 0;
+    for (const FolderHistory::Commit &commit : *commits) {
+        if (options.maxCount >= 0 && listed >= options.maxCount)
+            break;
+        const auto id = ids.constFind(commit.id);
+        if (id == ids.cend())
+            continue;
+        const EntryChanges entry{options.entry.record, *id};
+        QStringList parents = commit.parents.isEmpty() ? QStringList(QString()) : commit.parents;
+        if (!options.allParents)
+            parents = parents.mid(0, 1);
+        RecordChanges first;
+        bool everyParentDiffers = true;
+        for (int i = 0; i < parents.size(); ++i) {
+            const auto changes = walker.Changes(entry, parents.at(i), commit.id, error);
+            if (!changes)
+                return false;
+            if (i == 0)
+                first = *changes;
+            everyParentDiffers = everyParentDiffers && !changes->isEmpty();
+            if (!parents.at(i).isEmpty() && !ids.contains(parents.at(i)))
+                ids.insert(parents.at(i), entry.IdBefore(*changes));
+        }
+        if (everyParentDiffers) {
+            found({commit, *id, first});
+            ++listed;
+        }
+    }
+    return true;
+}
