@@ -4,6 +4,7 @@
 #include "output/LogPrinter.h"
 #include "output/ProgramMessage.h"
 
+#include "store/ChangeJson.h"
 #include "store/JsonText.h"
 
 #include <QJsonArray>
@@ -81,7 +82,7 @@ int RunLog(const QStringList &args, const Reader &)
     const EntryChanges &entry = request.options.entry;
     if (request.json) {
         const QJsonObject root{{QStringLiteral("version"), 1},
-                               {QStringLiteral("kind"), EntryChanges::KindName(entry.record)},
+                               {QStringLiteral("kind"), RecordName(entry.record)},
                                {QStringLiteral("id"), entry.id},
                                {QStringLiteral("commits"), commits}};
         Out() << QString::fromUtf8(JsonText(QJsonDocument(root), QJsonDocument::Indented));

@@ -11,5 +11,3 @@ void PrintLogEntryText(QTextStream &out, const EntryLog::Entry &entry);
 
 // One commit of `log` as an element of the JSON output's "commits".
 QJsonObject LogEntryJson(const EntryLog::Entry &entry);
-// One change in product terms as JSON; `text` is the sentence the text output prints.
-QJsonObject RecordChangeJson(const ProductEditor::RecordChange &change);

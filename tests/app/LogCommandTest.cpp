@@ -126,7 +126,7 @@ private slots:
     {
         const Run run = Program({"log", m_repo + "/defs", "load", "-n", "4"});
         QCOMPARE(run.status, 0);
-        for (const char *line : {"    Rename open to load\n\n    feature open renamed to load\n",
+        for (const char *line : {"    Rename open to load\n\n    feature renamed open -> load\n",
                                  "    feature load removed from layout main\n", "    feature open added to product q\n",
                                  "    feature open: title \"Open\" -> \"Open file\"\n"})
             QVERIFY2(run.out.contains(line), line);
