@@ -1,10 +1,12 @@
 #include "git/EntryLog.h"
 
+#include "store/EntryEditCheck.h"
 #include "store/RecordComparison.h"
 
 #include <QHash>
 
 #include <optional>
+#include <tuple>
 
 using namespace ProductEditor;
 
@@ -42,6 +44,11 @@ public:
             return std::nullopt;
         if (*after == *before)
             return RecordChanges();
+        const auto untouched = EditsLeaveEntry(entry, *before, *after, error);
+        if (!untouched)
+            return std::nullopt;
+        if (*untouched)
+            return RecordChanges();
         const auto newer = Load(commit, *after, error);
         if (!newer)
             return std::nullopt;
@@ -52,6 +59,31 @@ public:
     }
 
 private:
+    // Whether each file that differs between the two sets surely leaves the entry as it
+    // was, which spares loading and comparing the two revisions.
+    std::optional<bool> EditsLeaveEntry(const EntryChanges &entry, const FolderHistory::Files &before,
+                                        const FolderHistory::Files &after, QString *error)
+    {
+        if (before.products.isEmpty() || after.products.isEmpty() || before.layouts.keys() != after.layouts.keys())
+            return false;
+        QVector<std::tuple<QString, QString, bool>> edits;
+        if (before.products != after.products)
+            edits.append({before.products, after.products, true});
+        for (auto it = before.layouts.cbegin(); it != before.layouts.cend(); ++it) {
+            if (it.value() != after.layouts.value(it.key()))
+                edits.append({it.value(), after.layouts.value(it.key()), false});
+        }
+        for (const auto &[older, newer, products] : edits) {
+            const auto oldBytes = m_history.Blob(older, error);
+            const auto newBytes = oldBytes ? m_history.Blob(newer, error) : std::nullopt;
+            if (!newBytes)
+                return std::nullopt;
+            if (!EditLeavesEntry(*oldBytes, *newBytes, products, entry.record, entry.id))
+                return false;
+        }
+        return true;
+    }
+
     std::optional<RecordsSnapshot> Load(const QString &revision, const FolderHistory::Files &files, QString *error)
     {
         QString warning;

@@ -14,6 +14,8 @@ namespace {
 // Records of this many file sets stay loaded: a first-parent walk needs two, a walk
 // over merges a few more.
 constexpr int kKeptRecords = 4;
+// Blobs kept: the files of two revisions of a folder with a few layout files.
+constexpr int kKeptBlobs = 8;
 
 bool IsRegularFile(const QString &mode)
 {
@@ -150,10 +152,10 @@ std::optional<RecordsSnapshot> FolderHistory::Records(const Files &files, QStrin
         for (auto it = files.layouts.cbegin(); it != files.layouts.cend(); ++it)
             wanted.insert(root.filePath(Keys::kLayouts + QLatin1Char('/') + it.key()), it.value());
         for (auto it = wanted.cbegin(); it != wanted.cend(); ++it) {
-            const auto blob = m_objects->Contents(it.value(), error);
+            const auto blob = Blob(it.value(), error);
             if (!blob)
                 return std::nullopt;
-            blobs.insert(QDir::cleanPath(it.key()), blob->content);
+            blobs.insert(QDir::cleanPath(it.key()), *blob);
         }
         const Reader reader = [&blobs](const QString &path) { return blobs.value(QDir::cleanPath(path)); };
         VantixJsonData store(m_scratch.path(), reader, Writer(), {});
@@ -166,4 +168,22 @@ std::optional<RecordsSnapshot> FolderHistory::Records(const Files &files, QStrin
         m_recent.removeFirst();
     m_recent.append({files, records});
     return records;
+}
+
+std::optional<QByteArray> FolderHistory::Blob(const QString &id, QString *error)
+{
+    for (const auto &blob : m_blobs) {
+        if (blob.first == id)
+            return blob.second;
+    }
+    const auto object = m_objects->Contents(id, error);
+    if (!object) {
+        if (error->isEmpty())
+            *error = QStringLiteral("%1: no such blob").arg(id);
+        return std::nullopt;
+    }
+    if (m_blobs.size() == kKeptBlobs)
+        m_blobs.removeFirst();
+    m_blobs.append({id, object->content});
+    return object->content;
 }

@@ -56,6 +56,8 @@ public:
     // The records the files load into: none for files without products.json. A
     // products.json that does not load gives no records and a warning naming it.
     std::optional<ProductEditor::RecordsSnapshot> Records(const Files &files, QString *warning, QString *error);
+    // A blob's bytes; the last few read are kept.
+    std::optional<QByteArray> Blob(const QString &id, QString *error);
 
 private:
     std::optional<QMap<QString, QString>> LayoutFiles(const QString &revision, QString *error);
@@ -68,4 +70,5 @@ private:
     QTemporaryDir m_scratch; // the placeholder folder a load lists
     QStringList m_placed;     // layout placeholders in the scratch folder
     QVector<QPair<Files, ProductEditor::RecordsSnapshot>> m_recent; // most recent last
+    QVector<QPair<QString, QByteArray>> m_blobs; // most recent last
 };

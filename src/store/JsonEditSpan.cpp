@@ -1,0 +1,201 @@
+#include "store/JsonEditSpan.h"
+
+#include <QVector>
+
+#include <cstring>
+
+namespace ProductEditor {
+
+namespace {
+
+struct Open
+{
+    int start = 0;
+    bool object = false;
+    bool expectKey = false; // objects: the next string is a key
+    int index = 0;          // arrays: the element being read
+    QByteArray key;         // objects: the key of the member being read
+    QString name;           // its place in its parent: a key or an index
+};
+
+// Walks JSON bytes token by token, keeping the containers open at the current byte.
+class Skimmer
+{
+public:
+    explicit Skimmer(const QByteArray &bytes)
+        : m_data(bytes.constData())
+        , m_size(bytes.size())
+    {
+    }
+
+    // Reads the tokens that end by `until`; stops before one that runs past it, so
+    // that the state holds for any bytes from there on. False on bytes that are not JSON.
+    bool SkimTo(int until)
+    {
+        while (m_pos < until) {
+            if (m_data[m_pos] != '"') {
+                if (!Step())
+                    return false;
+                continue;
+            }
+            const int at = m_pos;
+            const QByteArray key = m_stack.isEmpty() ? QByteArray() : m_stack.last().key;
+            if (!String())
+                return false;
+            if (m_pos > until) {
+                m_pos = at;
+                if (!m_stack.isEmpty())
+                    m_stack.last().key = key;
+                return true;
+            }
+        }
+        return true;
+    }
+
+    // Reads on until the container at `depth` closes; returns one past its bracket.
+    int CloseOf(int depth)
+    {
+        while (m_stack.size() > depth) {
+            if (m_pos >= m_size || !Step())
+                return -1;
+        }
+        return m_pos;
+    }
+
+    QVector<Open> m_stack;
+    int m_pos = 0;
+
+private:
+    bool Step()
+    {
+        const char c = m_data[m_pos];
+        switch (c) {
+        case '{':
+        case '[': {
+            Open open;
+            open.start = m_pos;
+            open.object = c == '{';
+            open.expectKey = open.object;
+            if (!m_stack.isEmpty())
+                open.name = m_stack.last().object ? QString::fromUtf8(m_stack.last().key)
+                                                  : QString::number(m_stack.last().index);
+            m_stack.append(open);
+            ++m_pos;
+            return true;
+        }
+        case '}':
+        case ']':
+            if (m_stack.isEmpty() || m_stack.last().object != (c == '}'))
+                return false;
+            m_stack.removeLast();
+            ++m_pos;
+            return true;
+        case ',':
+            if (m_stack.isEmpty())
+                return false;
+            if (m_stack.last().object)
+                m_stack.last().expectKey = true;
+            else
+                ++m_stack.last().index;
+            ++m_pos;
+            return true;
+        case ':':
+            if (m_stack.isEmpty() || !m_stack.last().object)
+                return false;
+            m_stack.last().expectKey = false;
+            ++m_pos;
+            return true;
+        case '"': return String();
+        default: ++m_pos; return true; // white space, numbers and literals hold no brackets
+        }
+    }
+
+    bool String()
+    {
+        const int begin = ++m_pos;
+        for (;;) {
+            const void *quote = std::memchr(m_data + m_pos, '"', size_t(m_size - m_pos));
+            if (!quote)
+                return false;
+            int at = int(static_cast<const char *>(quote) - m_data);
+            // A quote after an odd run of backslashes is part of the string.
+            int backslashes = 0;
+            while (at - 1 - backslashes >= begin && m_data[at - 1 - backslashes] == '\\')
+                ++backslashes;
+            m_pos = at + 1;
+            if (backslashes % 2 == 0) {
+                if (!m_stack.isEmpty() && m_stack.last().object && m_stack.last().expectKey)
+                    m_stack.last().key = QByteArray(m_data + begin, at - begin);
+                return true;
+            }
+        }
+    }
+
+    const char *m_data;
+    int m_size;
+};
+
+} // namespace
+
+JsonEditSpan::JsonEditSpan(const QByteArray &before, const QByteArray &after)
+    : m_before(before)
+    , m_after(after)
+{
+    const int shorter = int(std::min(before.size(), after.size()));
+    int prefix = 0;
+    while (prefix < shorter && before.at(prefix) == after.at(prefix))
+        ++prefix;
+    int suffix = 0;
+    while (suffix < shorter - prefix && before.at(before.size() - 1 - suffix) == after.at(after.size() - 1 - suffix))
+        ++suffix;
+    if (prefix == before.size() && prefix == after.size())
+        return;
+
+    // The bytes before `prefix` are the same, so both versions have the same containers
+    // open there; each must close in the common tail, at the same distance from the end.
+    Skimmer head(before);
+    if (!head.SkimTo(prefix))
+        return;
+    const QVector<Open> open = head.m_stack;
+    Skimmer restBefore = head;
+    Skimmer restAfter(after);
+    restAfter.m_stack = open;
+    restAfter.m_pos = head.m_pos;
+    QVector<Frame> frames(open.size());
+    for (int depth = open.size() - 1; depth >= 0; --depth) {
+        frames[depth].start = open.at(depth).start;
+        frames[depth].endBefore = restBefore.CloseOf(depth);
+        frames[depth].endAfter = restAfter.CloseOf(depth);
+        if (frames[depth].endBefore < 0 || frames[depth].endAfter < 0)
+            return;
+    }
+    for (int depth = open.size() - 1; depth >= 0; --depth) {
+        const Frame &frame = frames.at(depth);
+        if (frame.endBefore >= before.size() - suffix && frame.endAfter >= after.size() - suffix
+            && before.size() - frame.endBefore == after.size() - frame.endAfter) {
+            m_frames = frames.mid(0, depth + 1);
+            for (int i = 1; i <= depth; ++i)
+                m_path << open.at(i).name;
+            m_start = frame.start;
+            return;
+        }
+    }
+}
+
+QByteArray JsonEditSpan::before(int depth) const
+{
+    if (!found())
+        return QByteArray();
+    const Frame &frame = depth < 0 ? m_frames.last() : m_frames.at(depth);
+    return m_before.mid(frame.start, frame.endBefore - frame.start);
+}
+
+QByteArray JsonEditSpan::after(int depth) const
+{
+    if (!found())
+        return QByteArray();
+    const Frame &frame = depth < 0 ? m_frames.last() : m_frames.at(depth);
+    return m_after.mid(frame.start, frame.endAfter - frame.start);
+}
+
+} // namespace ProductEditor
