@@ -8,7 +8,7 @@
 #include "BestTimeReporter.h"
 #include "SyntheticFolder.h"
 
-#include "EntryLog.h"
+#include "git/EntryLog.h"
 
 #include "store/JsonText.h"
 #include "store/RecordsSnapshot.h"

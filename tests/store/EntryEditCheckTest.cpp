@@ -18,7 +18,7 @@ const char kProducts[] = R"({
     "extensions": {"extension": [{"id": "stl", "title": "Mesh"}]},
     "features": {"feature": [
         {"id": "open", "title": "Open"},
-        {"id": "save", "title": "Save \"[all]\" {now}"}
+        {"id": "save", "title": "Save [all] {now}"}
     ]},
     "products": {"product": [
         {"id": "p", "features": ["open", "save"], "licensing": {"base": "lic_p"}},
