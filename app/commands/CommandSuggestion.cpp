@@ -35,7 +35,8 @@ QString NearestCommand(const QString &word, const QStringList &commands)
     int bestDistance = 3;
     for (const QString &command : commands) {
         const int distance = EditDistance(word.toLower(), command);
-        if (distance < bestDistance && distance * 2 < word.size()) {
+        // At most half the word may differ, so that a short name like log is still offered.
+        if (distance < bestDistance && distance * 2 <= word.size()) {
             best = command;
             bestDistance = distance;
         }

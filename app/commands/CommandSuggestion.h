@@ -4,5 +4,5 @@
 #include <QStringList>
 
 // The command `word` was most likely meant to be: the nearest of `commands` by edit
-// distance, when it is at most 2 and less than half the word; empty otherwise.
+// distance, when it is at most 2 and at most half the word; empty otherwise.
 QString NearestCommand(const QString &word, const QStringList &commands);

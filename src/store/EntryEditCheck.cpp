@@ -75,7 +75,8 @@ bool FeatureListEdit(const JsonEditSpan &span, Record ownerRecord, const QString
 bool EditLeavesEntry(const QByteArray &before, const QByteArray &after, bool productsFile, Record record,
                      const QString &id)
 {
-    const JsonEditSpan span(before, after);
+    // An entry of a definition document sits at depth 3: root, section, list, entry.
+    const JsonEditSpan span(before, after, 3);
     if (!span.found())
         return false;
     const QStringList &path = span.path();

@@ -135,24 +135,46 @@ private:
     int m_size;
 };
 
+int CommonPrefix(const char *a, const char *b, int size)
+{
+    constexpr int block = 4096;
+    int at = 0;
+    while (at + block <= size && std::memcmp(a + at, b + at, block) == 0)
+        at += block;
+    while (at < size && a[at] == b[at])
+        ++at;
+    return at;
+}
+
+int CommonSuffix(const char *aEnd, const char *bEnd, int size)
+{
+    constexpr int block = 4096;
+    int at = 0;
+    while (at + block <= size && std::memcmp(aEnd - at - block, bEnd - at - block, block) == 0)
+        at += block;
+    while (at < size && aEnd[-at - 1] == bEnd[-at - 1])
+        ++at;
+    return at;
+}
+
 } // namespace
 
-JsonEditSpan::JsonEditSpan(const QByteArray &before, const QByteArray &after)
+JsonEditSpan::JsonEditSpan(const QByteArray &before, const QByteArray &after, int outermost)
     : m_before(before)
     , m_after(after)
 {
     const int shorter = int(std::min(before.size(), after.size()));
-    int prefix = 0;
-    while (prefix < shorter && before.at(prefix) == after.at(prefix))
-        ++prefix;
-    int suffix = 0;
-    while (suffix < shorter - prefix && before.at(before.size() - 1 - suffix) == after.at(after.size() - 1 - suffix))
-        ++suffix;
+    const int prefix = CommonPrefix(before.constData(), after.constData(), shorter);
+    const int suffix = CommonSuffix(before.constData() + before.size(), after.constData() + after.size(),
+                                    shorter - prefix);
     if (prefix == before.size() && prefix == after.size())
         return;
 
     // The bytes before `prefix` are the same, so both versions have the same containers
-    // open there; each must close in the common tail, at the same distance from the end.
+    // open there. The span's value is the innermost that closes in the common tail at the
+    // same distance from the end in both; only the containers out to it (and to
+    // `outermost`) are read to their end, so an edit deep in a large document costs a
+    // skim up to the edit and little more.
     Skimmer head(before);
     if (!head.SkimTo(prefix))
         return;
@@ -162,29 +184,31 @@ JsonEditSpan::JsonEditSpan(const QByteArray &before, const QByteArray &after)
     restAfter.m_stack = open;
     restAfter.m_pos = head.m_pos;
     QVector<Frame> frames(open.size());
-    for (int depth = open.size() - 1; depth >= 0; --depth) {
-        frames[depth].start = open.at(depth).start;
-        frames[depth].endBefore = restBefore.CloseOf(depth);
-        frames[depth].endAfter = restAfter.CloseOf(depth);
-        if (frames[depth].endBefore < 0 || frames[depth].endAfter < 0)
+    int span = -1;
+    for (int depth = open.size() - 1; depth >= 0 && (span < 0 || depth >= outermost); --depth) {
+        Frame &frame = frames[depth];
+        frame.start = open.at(depth).start;
+        frame.endBefore = restBefore.CloseOf(depth);
+        frame.endAfter = restAfter.CloseOf(depth);
+        if (frame.endBefore < 0 || frame.endAfter < 0)
             return;
+        if (span < 0 && frame.endBefore >= before.size() - suffix && frame.endAfter >= after.size() - suffix
+            && before.size() - frame.endBefore == after.size() - frame.endAfter)
+            span = depth;
     }
-    for (int depth = open.size() - 1; depth >= 0; --depth) {
-        const Frame &frame = frames.at(depth);
-        if (frame.endBefore >= before.size() - suffix && frame.endAfter >= after.size() - suffix
-            && before.size() - frame.endBefore == after.size() - frame.endAfter) {
-            m_frames = frames.mid(0, depth + 1);
-            for (int i = 1; i <= depth; ++i)
-                m_path << open.at(i).name;
-            m_start = frame.start;
-            return;
-        }
-    }
+    if (span < 0)
+        return;
+    m_frames = frames.mid(0, span + 1);
+    for (int i = 1; i <= span; ++i)
+        m_path << open.at(i).name;
+    m_start = frames.at(span).start;
 }
 
 QByteArray JsonEditSpan::before(int depth) const
 {
     if (!found())
+        return QByteArray();
+    if (depth >= 0 && (depth >= m_frames.size() || m_frames.at(depth).endBefore < 0))
         return QByteArray();
     const Frame &frame = depth < 0 ? m_frames.last() : m_frames.at(depth);
     return m_before.mid(frame.start, frame.endBefore - frame.start);
@@ -193,6 +217,8 @@ QByteArray JsonEditSpan::before(int depth) const
 QByteArray JsonEditSpan::after(int depth) const
 {
     if (!found())
+        return QByteArray();
+    if (depth >= 0 && (depth >= m_frames.size() || m_frames.at(depth).endAfter < 0))
         return QByteArray();
     const Frame &frame = depth < 0 ? m_frames.last() : m_frames.at(depth);
     return m_after.mid(frame.start, frame.endAfter - frame.start);

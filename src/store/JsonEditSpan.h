@@ -13,16 +13,18 @@ namespace ProductEditor {
 // document differ, found by skimming the bytes for their brackets instead of parsing
 // them: the value starts at the same byte in both versions, and what follows it is the
 // same, so the rest of the two documents reads alike. Valid JSON is assumed; on bytes
-// that are not, the span is not found.
+// that are not, the span is not found or its bytes do not parse.
 class PRODUCT_EDITOR_EXPORT JsonEditSpan
 {
 public:
-    JsonEditSpan(const QByteArray &before, const QByteArray &after);
+    // The bytes of the span's ancestors are kept out to depth `outermost` (0 is the root).
+    JsonEditSpan(const QByteArray &before, const QByteArray &after, int outermost = 0);
 
     bool found() const { return m_start >= 0; }
     // Member keys (raw, as between their quotes) and element indexes from the root to the value.
     const QStringList &path() const { return m_path; }
-    // The value's bytes in each version, or those of its ancestor `depth` steps from the root.
+    // The value's bytes in each version, or those of its ancestor `depth` steps from the
+    // root (empty for an ancestor outside `outermost`).
     QByteArray before(int depth = -1) const;
     QByteArray after(int depth = -1) const;
 
