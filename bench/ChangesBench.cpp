@@ -2,11 +2,18 @@
 // its products.json in the same run. Few records differ, as after one edit or on a
 // review of a branch: after an edit the two versions share most of their containers
 // (an undo step and the store), while two loads of a folder share nothing.
+//
+// The changes command between two folders, against loading both: the comparison and
+// its three reports, for a few edits and for a branch that retitles one feature in a
+// hundred and moves one in a hundred to another product.
 
 #include "BestTimeReporter.h"
 #include "FixtureCache.h"
 #include "SyntheticFolder.h"
 
+#include "store/ChangeJson.h"
+#include "store/ChangeMarkdown.h"
+#include "store/ChangeText.h"
 #include "store/ChangeWording.h"
 #include "store/RecordComparison.h"
 
@@ -41,6 +48,19 @@ std::unique_ptr<VantixJsonData> LoadStore(const MemoryDefinitionFolder &memory)
                                             QMap<QString, QString>());
 }
 
+// A branch's worth of edits: every hundredth feature retitled, every hundredth (offset
+// by half) moved to another product.
+void EditMany(RecordsSnapshot &records)
+{
+    int index = 0;
+    for (auto feature = records.features.begin(); feature != records.features.end(); ++feature, ++index) {
+        if (index % 100 == 0)
+            feature.value().title += QStringLiteral(" (renamed)");
+        else if (index % 100 == 50)
+            feature.value().productIds = {QStringLiteral("bench_product")};
+    }
+}
+
 struct Fixture
 {
     explicit Fixture(int features)
@@ -51,9 +71,11 @@ struct Fixture
         , before(RecordsSnapshot::Take(*store))
         , edited(before)
         , loadedAgain(RecordsSnapshot::Take(*other))
+        , branch(RecordsSnapshot::Take(*other))
     {
         EditFew(edited);
         EditFew(loadedAgain);
+        EditMany(branch);
     }
 
     SyntheticFolder folder;
@@ -63,6 +85,7 @@ struct Fixture
     RecordsSnapshot before;
     RecordsSnapshot edited;      // shares all but the written containers with `before`
     RecordsSnapshot loadedAgain; // the same edits on a second load: nothing shared
+    RecordsSnapshot branch;      // many edits on the second load
 };
 
 void Parse(benchmark::State &state)
@@ -94,12 +117,46 @@ void CompareTwoLoads(benchmark::State &state)
     Compare(state, false);
 }
 
+// Loading both folders, as the changes command does before comparing.
+void LoadBoth(benchmark::State &state)
+{
+    const Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
+    for (auto _ : state) {
+        const auto left = LoadStore(fixture.memory), right = LoadStore(fixture.memory);
+        benchmark::DoNotOptimize(left->GetFeatures().size() + right->GetFeatures().size());
+    }
+}
+
+// What the changes command adds to the loads: the comparison and one report of each format.
+void Report(benchmark::State &state, const RecordsSnapshot &after)
+{
+    const Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
+    for (auto _ : state) {
+        const RecordChanges changes = CompareRecords(fixture.before, after);
+        const QString left = QStringLiteral("left"), right = QStringLiteral("right");
+        benchmark::DoNotOptimize(ChangesText(changes).size() + ChangesMarkdown(changes, left, right).size()
+                                 + QJsonDocument(ChangesReportJson(changes, left, right)).toJson().size());
+    }
+}
+
+void ReportFewEdits(benchmark::State &state)
+{
+    Report(state, FixtureFor<Fixture>(int(state.range(0))).loadedAgain);
+}
+
+void ReportBranch(benchmark::State &state)
+{
+    Report(state, FixtureFor<Fixture>(int(state.range(0))).branch);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
     for (const auto &entry : {std::make_pair("Parse", &Parse), std::make_pair("CompareAfterEdit", &CompareAfterEdit),
-                              std::make_pair("CompareTwoLoads", &CompareTwoLoads)}) {
+                              std::make_pair("CompareTwoLoads", &CompareTwoLoads), std::make_pair("LoadBoth", &LoadBoth),
+                              std::make_pair("ReportFewEdits", &ReportFewEdits),
+                              std::make_pair("ReportBranch", &ReportBranch)}) {
         auto *benchmark = benchmark::RegisterBenchmark(entry.first, entry.second)->Unit(benchmark::kMillisecond);
         for (int scale : kScales)
             benchmark->Arg(scale);
@@ -116,6 +173,15 @@ int main(int argc, char **argv)
         const double loads = reporter.seconds("CompareTwoLoads", scale);
         std::printf("| %d | %.1f | %.2f | %.3fx | %.1f | %.2fx |\n", scale, parse * 1e3, edit * 1e3, edit / parse,
                     loads * 1e3, loads / parse);
+    }
+    std::printf("\n| features | load both ms | compare and report, few edits ms | whole / load both | "
+                "compare and report, branch ms | whole / load both |\n|---:|---:|---:|---:|---:|---:|\n");
+    for (int scale : kScales) {
+        const double load = reporter.seconds("LoadBoth", scale);
+        const double few = reporter.seconds("ReportFewEdits", scale);
+        const double branch = reporter.seconds("ReportBranch", scale);
+        std::printf("| %d | %.0f | %.1f | %.2fx | %.1f | %.2fx |\n", scale, load * 1e3, few * 1e3, (load + few) / load,
+                    branch * 1e3, (load + branch) / load);
     }
     return 0;
 }

@@ -34,7 +34,8 @@ const char *const kRows[][2] = {
 constexpr int kRowCount = int(sizeof(kRows) / sizeof(kRows[0]));
 
 // Text outside code spans: characters Markdown would act on are escaped, and '<', which
-// would open an HTML tag.
+// would open an HTML tag. Underscores stay: ids hold them inside words, where forges
+// read no emphasis.
 QString Escaped(const QString &text)
 {
     QString out;
@@ -42,7 +43,7 @@ QString Escaped(const QString &text)
     for (const QChar c : text) {
         if (c == QLatin1Char('<'))
             out += QStringLiteral("&lt;");
-        else if (QStringLiteral("\\`*_[]|#").contains(c))
+        else if (QStringLiteral("\\`*[]|#").contains(c))
             out += QLatin1Char('\\') + c;
         else
             out += c;

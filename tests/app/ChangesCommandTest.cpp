@@ -83,7 +83,7 @@ private slots:
                                   << "## Definition changes: defs at main -> defs at review\n\n"
                                      "**4 changes** to 2 features\n\n"
                                      "### Features\n\n"
-                                     "- feature renamed open -> file\\_open\n"
+                                     "- feature renamed open -> file_open\n"
                                      "- feature save: title \"Save\" -> \"Save all\"\n\n"
                                      "### Product `p`\n\n"
                                      "| | Gained | Lost |\n|---|---|---|\n| Features |  | `file_open` |\n\n"
