@@ -118,12 +118,12 @@ void AddProductChange(QMap<QString, ProductSection> &sections, const RecordChang
     }
 }
 
-QString List(const QStringList &items, const QString &summary)
+QString List(const QStringList &items, const QString &summary, int longList = kLongList)
 {
     QString out;
     for (const QString &item : items)
         out += QStringLiteral("- ") + item + QLatin1Char('\n');
-    if (items.size() <= kLongList)
+    if (items.size() <= longList)
         return out;
     return QStringLiteral("<details><summary>%1</summary>\n\n%2\n</details>\n").arg(summary, out);
 }
@@ -132,7 +132,7 @@ QString Cell(const QStringList &names, const QString &what, QStringList &folded)
 {
     if (names.size() <= kLongCell)
         return names.join(QStringLiteral(", "));
-    folded << List(names, QStringLiteral("%1 (%2)").arg(what).arg(names.size()));
+    folded << List(names, QStringLiteral("%1 (%2)").arg(what).arg(names.size()), kLongCell);
     return QStringLiteral("%1, listed below").arg(names.size());
 }
 
