@@ -202,4 +202,60 @@ struct EditorTestState
     }
     QAbstractItemView *view(const char *name) const { return editor->find<QAbstractItemView>(name); }
     QModelIndex cell(const char *name, int row, int column) const { return editor->model(name)->index(row, column); }
+
+    // The row of `view` with `key` in one of its cells.
+    QModelIndex rowOf(const QString &view, const QString &key, int column)
+    {
+        const QAbstractItemModel *model = editor->model(qPrintable(view));
+        for (int row = 0; row < model->rowCount(); ++row)
+            for (int cell = 0; cell < model->columnCount(); ++cell)
+                if (model->index(row, cell).data().toString() == key)
+                    return model->index(row, column < 0 ? cell : column);
+        return {};
+    }
+    // The page that holds `widget` comes to the front, so that it can take the focus.
+    void front(QWidget *widget)
+    {
+        auto *tabs = editor->find<QTabWidget>("mp_widget_tab");
+        for (int page = 0; page < tabs->count(); ++page)
+            if (tabs->widget(page)->isAncestorOf(widget))
+                tabs->setCurrentIndex(page);
+    }
+    // One step of a user, "verb object argument...": "select VIEW KEY" makes the row holding
+    // KEY current, "type FIELD TEXT" replaces a field's text, "tick BOX" clicks a check box,
+    // "click VIEW KEY COLUMN" clicks a cell, "set VIEW KEY COLUMN TEXT" edits a table cell,
+    // "run NAME [ANSWER]" clicks a button or triggers an action, answering its dialog.
+    void act(const QString &step)
+    {
+        const QStringList words = step.split(' ');
+        const QString &verb = words[0];
+        if (verb == "select") {
+            view(qPrintable(words[1]))->setCurrentIndex(rowOf(words[1], words[2], -1));
+        } else if (verb == "type" || verb == "tick") {
+            QWidget *field = editor->find(words[1]);
+            front(field);
+            field->setFocus();
+            QVERIFY(field->hasFocus());
+            if (verb == "tick") {
+                QTest::mouseClick(field, Qt::LeftButton, {}, QPoint(4, field->height() / 2));
+            } else {
+                static_cast<QLineEdit *>(field)->selectAll();
+                QTest::keyClicks(field, words[2]);
+            }
+            field->clearFocus(); // the field commits as it loses the focus
+        } else if (verb == "click") {
+            QAbstractItemView *table = view(qPrintable(words[1]));
+            front(table);
+            const QModelIndex index = rowOf(words[1], words[2], words[3].toInt());
+            QVERIFY2(index.isValid(), qPrintable(step));
+            QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->visualRect(index).center());
+        } else if (verb == "set") {
+            editor->model(qPrintable(words[1]))->setData(rowOf(words[1], words[2], words[3].toInt()), words[4]);
+        } else if (verb == "run") {
+            if (words.size() > 2)
+                answers->Then({words[2] == "Yes" ? QVariant(int(QMessageBox::Yes)) : QVariant(words[2])});
+            editor->run(words[1]);
+        }
+        QTest::qWait(0);
+    }
 };
