@@ -1,6 +1,7 @@
 #include "store/VantixJsonData.h"
 
 #include "store/DefinitionKeys.h"
+#include "store/FeatureRecordsBuilder.h"
 
 #include <QCborArray>
 #include <QCborMap>
@@ -180,6 +181,7 @@ void VantixJsonData::UpdateData()
     readCoverage(coverage.value(kImport).toArray(), &ExtensionInfo::importLicenses);
 
     const QCborArray featureEntries = root.value(kFeatures).toMap().value(kFeature).toArray();
+    FeatureRecordsBuilder builder(int(featureEntries.size()));
     for (const QCborValue &entryValue : featureEntries) {
         const QCborMap entry = entryValue.toMap();
         VantixFeatureData feature;
@@ -188,22 +190,12 @@ void VantixJsonData::UpdateData()
         feature.tooltip = entry.value(kTooltip).toString();
         feature.visual = ReadBool(entry, kVisual, true);
         feature.emergency = ReadBool(entry, kEmergency, false);
-        features.insert(entry.value(kId).toString(), feature);
+        builder.addEntry(entry.value(kId).toString(), std::move(feature));
     }
 
-    // Membership lists name features by id several times per feature; a hash over
-    // the map's nodes (which never move) keeps those lookups off the tree.
-    QHash<QString, VantixFeatureData *> featureById;
-    featureById.reserve(features.size());
-    for (auto it = features.begin(); it != features.end(); ++it)
-        featureById.insert(it.key(), &it.value());
-    const auto featureFor = [this, &featureById](const QString &id) -> VantixFeatureData & {
-        VantixFeatureData *&slot = featureById[id];
-        if (!slot)
-            slot = &features[id];
-        return *slot;
-    };
-
+    // Products may repeat an id; their sets hold one shared copy of each name.
+    QHash<QString, int> productOwners;
+    QVector<QString> productNames;
     const QCborArray productEntries = root.value(kProducts).toMap().value(kProduct).toArray();
     products.products.reserve(int(productEntries.size()));
     for (const QCborValue &entryValue : productEntries) {
@@ -219,20 +211,25 @@ void VantixJsonData::UpdateData()
             const QCborMap specificEntry = specificValue.toMap();
             InsertNames(specificEntry.value(kLicenses), product.specificLicenses[specificEntry.value(kId).toString()]);
         }
-        const QCborArray featureIds = entry.value(kFeatures).toArray();
-        for (const QCborValue &featureId : featureIds)
-            featureFor(featureId.toString()).productIds.insert(product.id);
+        int owner = productOwners.value(product.id, -1);
+        if (owner < 0) {
+            owner = productNames.size();
+            productOwners.insert(product.id, owner);
+            productNames.append(product.id);
+        }
+        builder.addProductMembers(entry.value(kFeatures).toArray(), owner);
         InsertNames(entry.value(kModes), product.modes);
         products.products.append(std::move(product));
     }
 
+    QVector<QString> layoutNames;
     for (auto it = layoutsOriginal.cbegin(); it != layoutsOriginal.cend(); ++it) {
         const QCborMap layout = QCborMap::fromJsonObject(it.value());
         layouts[it.key()] = LayoutData{ReadExtensionAccess(layout.value(kExtensions).toMap())};
-        const QCborArray featureIds = layout.value(kFeatures).toArray();
-        for (const QCborValue &featureId : featureIds)
-            featureFor(featureId.toString()).layoutNames.insert(it.key());
+        builder.addLayoutMembers(layout.value(kFeatures).toArray(), layoutNames.size());
+        layoutNames.append(it.key());
     }
+    builder.build(features, productNames, layoutNames);
 
     emit featuresDataReseted(QPrivateSignal());
 }

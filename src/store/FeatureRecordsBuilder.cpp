@@ -1,0 +1,260 @@
+#include "store/FeatureRecordsBuilder.h"
+
+#include <QCborArray>
+#include <QCborValue>
+
+#include <algorithm>
+#include <cstring>
+
+namespace ProductEditor {
+
+namespace {
+
+quint64 Mix(quint64 h)
+{
+    h ^= h >> 33;
+    h *= 0xff51afd7ed558ccdULL;
+    h ^= h >> 33;
+    return h;
+}
+
+// The id's UTF-16 code units, eight bytes at a time.
+quint64 HashOf(const QString &id)
+{
+    const char *bytes = reinterpret_cast<const char *>(id.constData());
+    size_t left = size_t(id.size()) * 2;
+    quint64 h = 0x9e3779b97f4a7c15ULL ^ left;
+    for (; left >= 8; bytes += 8, left -= 8) {
+        quint64 word;
+        std::memcpy(&word, bytes, 8);
+        h = Mix(h ^ word) * 0xc4ceb9fe1a85ec53ULL;
+    }
+    if (left) {
+        quint64 word = 0;
+        std::memcpy(&word, bytes, left);
+        h = Mix(h ^ word) * 0xc4ceb9fe1a85ec53ULL;
+    }
+    return Mix(h);
+}
+
+void Prefetch(const void *address)
+{
+#if defined(__GNUC__)
+    __builtin_prefetch(address);
+#else
+    Q_UNUSED(address);
+#endif
+}
+
+} // namespace
+
+FeatureRecordsBuilder::FeatureRecordsBuilder(int expectedFeatures)
+{
+    size_t capacity = 64;
+    while (capacity < size_t(std::max(expectedFeatures, 0)) * 2)
+        capacity *= 2;
+    m_slots.resize(capacity);
+    m_ids.reserve(size_t(std::max(expectedFeatures, 0)));
+    m_keys.reserve(size_t(std::max(expectedFeatures, 0)));
+    m_records.reserve(size_t(std::max(expectedFeatures, 0)));
+}
+
+void FeatureRecordsBuilder::grow(size_t features)
+{
+    size_t capacity = m_slots.size();
+    while (features * 2 > capacity)
+        capacity *= 2;
+    std::vector<Slot> old(capacity);
+    old.swap(m_slots);
+    const size_t mask = m_slots.size() - 1;
+    for (const Slot &slot : old) {
+        if (!slot.feature)
+            continue;
+        size_t i = HashOf(m_ids[slot.feature - 1]) & mask;
+        while (m_slots[i].feature)
+            i = (i + 1) & mask;
+        m_slots[i] = slot;
+    }
+}
+
+FeatureRecordsBuilder::IdKey FeatureRecordsBuilder::KeyOf(const QString &id, quint32 feature)
+{
+    IdKey key{{0, 0, 0, 0}, quint32(id.size()), feature};
+    const QChar *units = id.constData();
+    const int length = int(std::min<qsizetype>(id.size(), 16));
+    for (int i = 0; i < length; ++i)
+        key.prefix[i / 4] |= quint64(units[i].unicode()) << (48 - 16 * (i % 4));
+    return key;
+}
+
+// The table and the keys are small and flat, so a lookup touches two cache lines and
+// reads the id's characters only when it is longer than its key holds.
+quint32 FeatureRecordsBuilder::featureFor(const QString &id, quint64 hash)
+{
+    if ((m_ids.size() + 1) * 2 > m_slots.size())
+        grow(m_ids.size() + 1);
+    const quint32 check = quint32(hash >> 32);
+    const IdKey key = KeyOf(id, quint32(m_ids.size()));
+    const size_t mask = m_slots.size() - 1;
+    for (size_t i = hash & mask;; i = (i + 1) & mask) {
+        Slot &slot = m_slots[i];
+        if (!slot.feature) {
+            m_ids.push_back(id);
+            m_keys.push_back(key);
+            m_records.emplace_back();
+            slot = Slot{check, quint32(m_ids.size())};
+            return slot.feature - 1;
+        }
+        if (slot.check != check)
+            continue;
+        const IdKey &known = m_keys[slot.feature - 1];
+        if (known.length == key.length && std::equal(key.prefix, key.prefix + 4, known.prefix)
+            && (key.length <= 16 || m_ids[slot.feature - 1] == id))
+            return slot.feature - 1;
+    }
+}
+
+void FeatureRecordsBuilder::addEntry(QString id, VantixFeatureData &&data)
+{
+    m_records[featureFor(id, HashOf(id))] = std::move(data);
+}
+
+void FeatureRecordsBuilder::addProductMembers(const QCborArray &featureIds, int owner)
+{
+    addMembers(featureIds, owner, m_productMembers);
+}
+
+void FeatureRecordsBuilder::addLayoutMembers(const QCborArray &featureIds, int owner)
+{
+    addMembers(featureIds, owner, m_layoutMembers);
+}
+
+// One owner's list at a time: every name's table slot is asked for first and each
+// candidate's key next, so the lookups wait for memory together instead of in turn.
+void FeatureRecordsBuilder::addMembers(const QCborArray &featureIds, int owner, std::vector<Member> &into)
+{
+    m_names.clear();
+    m_hashes.clear();
+    for (const QCborValue &featureId : featureIds) {
+        m_names.push_back(featureId.toString());
+        m_hashes.push_back(HashOf(m_names.back()));
+    }
+    if ((m_ids.size() + m_names.size()) * 2 > m_slots.size())
+        grow(m_ids.size() + m_names.size());
+    const size_t mask = m_slots.size() - 1;
+    for (const quint64 hash : m_hashes)
+        Prefetch(&m_slots[hash & mask]);
+    for (const quint64 hash : m_hashes) {
+        const Slot &slot = m_slots[hash & mask];
+        if (slot.feature)
+            Prefetch(&m_keys[slot.feature - 1]);
+    }
+    for (size_t i = 0; i < m_names.size(); ++i)
+        into.push_back(Member{featureFor(m_names[i], m_hashes[i]), quint32(owner)});
+}
+
+std::vector<quint32> FeatureRecordsBuilder::idOrder() const
+{
+    std::vector<IdKey> keys = m_keys;
+    // Only ids that agree in their first sixteen units are compared in full.
+    std::sort(keys.begin(), keys.end(), [this](const IdKey &a, const IdKey &b) {
+        for (int i = 0; i < 4; ++i) {
+            if (a.prefix[i] != b.prefix[i])
+                return a.prefix[i] < b.prefix[i];
+        }
+        return m_ids[a.feature] < m_ids[b.feature];
+    });
+    std::vector<quint32> order;
+    order.reserve(keys.size());
+    for (const IdKey &key : keys)
+        order.push_back(key.feature);
+    return order;
+}
+
+namespace {
+
+// Owners grouped by the rank of their feature: the owners of rank r are
+// owners[start[r]] up to owners[start[r + 1]], in the order they were named.
+struct Grouped
+{
+    std::vector<quint32> start;
+    std::vector<quint32> owners;
+};
+
+template<typename Member>
+Grouped GroupByRank(const std::vector<Member> &members, const std::vector<quint32> &rankOf)
+{
+    Grouped grouped;
+    grouped.start.assign(rankOf.size() + 1, 0);
+    for (const Member &member : members)
+        ++grouped.start[rankOf[member.feature] + 1];
+    for (size_t r = 1; r < grouped.start.size(); ++r)
+        grouped.start[r] += grouped.start[r - 1];
+    std::vector<quint32> next(grouped.start.begin(), grouped.start.end() - 1);
+    grouped.owners.resize(members.size());
+    for (const Member &member : members)
+        grouped.owners[next[rankOf[member.feature]]++] = member.owner;
+    return grouped;
+}
+
+} // namespace
+
+void FeatureRecordsBuilder::fillSets(VantixFeatureData &record, const quint32 *owners, int count,
+                                     const QVector<QString> &names, std::vector<QSet<QString>> &single,
+                                     QSet<QString> VantixFeatureData::*set)
+{
+    if (count == 0)
+        return;
+    // Features named by one owner only share that owner's one-name set.
+    if (std::all_of(owners, owners + count, [owners](quint32 owner) { return owner == owners[0]; })) {
+        QSet<QString> &shared = single[owners[0]];
+        if (shared.isEmpty())
+            shared.insert(names.at(int(owners[0])));
+        record.*set = shared;
+        return;
+    }
+    QSet<QString> &target = record.*set;
+    if (count > 16)
+        target.reserve(count);
+    for (int i = 0; i < count; ++i)
+        target.insert(names.at(int(owners[i])));
+}
+
+void FeatureRecordsBuilder::build(QMap<QString, VantixFeatureData> &features, const QVector<QString> &productNames,
+                                  const QVector<QString> &layoutNames)
+{
+    const std::vector<quint32> order = idOrder();
+    std::vector<quint32> rankOf(order.size());
+    for (size_t r = 0; r < order.size(); ++r)
+        rankOf[order[r]] = quint32(r);
+    const Grouped products = GroupByRank(m_productMembers, rankOf);
+    const Grouped layouts = GroupByRank(m_layoutMembers, rankOf);
+    m_productMembers = {};
+    m_layoutMembers = {};
+    m_slots = {};
+
+    std::vector<QSet<QString>> singleProduct(size_t(productNames.size()));
+    std::vector<QSet<QString>> singleLayout(size_t(layoutNames.size()));
+    // In ascending order every node goes in at the end, where the hint puts it.
+    for (size_t r = 0; r < order.size(); ++r) {
+        // The records and ids were made in document order; ask for them a little ahead.
+        if (r + 16 < order.size()) {
+            Prefetch(&m_records[order[r + 16]]);
+            Prefetch(&m_ids[order[r + 16]]);
+        }
+        if (r + 8 < order.size())
+            Prefetch(m_ids[order[r + 8]].constData());
+        const quint32 feature = order[r];
+        VantixFeatureData &record = features.insert(features.cend(), m_ids[feature], VantixFeatureData()).value();
+        record = std::move(m_records[feature]);
+        fillSets(record, products.owners.data() + products.start[r], int(products.start[r + 1] - products.start[r]),
+                 productNames, singleProduct, &VantixFeatureData::productIds);
+        fillSets(record, layouts.owners.data() + layouts.start[r], int(layouts.start[r + 1] - layouts.start[r]),
+                 layoutNames, singleLayout, &VantixFeatureData::layoutNames);
+    }
+    m_ids = {};
+    m_keys = {};
+    m_records = {};
+}
+
+} // namespace ProductEditor

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "store/VantixJsonData.h"
+
+#include <QCborArray>
+#include <QString>
+#include <QVector>
+
+#include <vector>
+
+namespace ProductEditor {
+
+// Builds the feature map from the feature entries and the owners' membership lists in
+// a few passes over flat arrays. Ids go into an open-addressing table of their hashes,
+// memberships are kept as (feature, owner) pairs, the features are put in id order
+// once, and then the map's nodes and every record's sets are made in map order, one
+// after another. A tree search or a node-based hash per name would instead touch
+// memory at random for every one of the several names per feature.
+class FeatureRecordsBuilder
+{
+public:
+    explicit FeatureRecordsBuilder(int expectedFeatures);
+
+    // A feature entry; a later entry with the same id replaces the earlier one.
+    void addEntry(QString id, VantixFeatureData &&data);
+    // `owner` indexes the names later handed to build(); an id that no entry has
+    // becomes a feature of its own, as looking it up in the map would make it.
+    void addProductMembers(const QCborArray &featureIds, int owner);
+    void addLayoutMembers(const QCborArray &featureIds, int owner);
+
+    // Fills `features`, which must be empty, and leaves the builder empty.
+    void build(QMap<QString, VantixFeatureData> &features, const QVector<QString> &productNames,
+               const QVector<QString> &layoutNames);
+
+private:
+    struct Slot
+    {
+        quint32 check = 0;   // the upper half of the id's hash
+        quint32 feature = 0; // index + 1; 0 marks a free slot
+    };
+    // The first sixteen code units, four to a word with the first unit highest, so that
+    // comparing the words compares the ids as QString's operator< does up to there.
+    struct IdKey
+    {
+        quint64 prefix[4];
+        quint32 length;
+        quint32 feature;
+    };
+    struct Member
+    {
+        quint32 feature;
+        quint32 owner;
+    };
+
+    static IdKey KeyOf(const QString &id, quint32 feature);
+    quint32 featureFor(const QString &id, quint64 hash);
+    void addMembers(const QCborArray &featureIds, int owner, std::vector<Member> &into);
+    void grow(size_t features);
+    std::vector<quint32> idOrder() const;
+    static void fillSets(VantixFeatureData &record, const quint32 *owners, int count,
+                         const QVector<QString> &names, std::vector<QSet<QString>> &single,
+                         QSet<QString> VantixFeatureData::*set);
+
+    std::vector<Slot> m_slots; // size is a power of two, at most half full
+    std::vector<QString> m_ids;
+    std::vector<IdKey> m_keys; // by feature index
+    std::vector<VantixFeatureData> m_records;
+    std::vector<Member> m_productMembers;
+    std::vector<Member> m_layoutMembers;
+    std::vector<QString> m_names; // one owner's list, while it is looked up
+    std::vector<quint64> m_hashes;
+};
+
+} // namespace ProductEditor
