@@ -10,6 +10,9 @@ namespace ProductEditor {
 
 namespace {
 
+const int kKeyUnits = 16; // code units an IdKey holds
+const size_t kEntryBatch = 32;
+
 quint64 Mix(quint64 h)
 {
     h ^= h >> 33;
@@ -50,13 +53,36 @@ void Prefetch(const void *address)
 
 FeatureRecordsBuilder::FeatureRecordsBuilder(int expectedFeatures)
 {
-    size_t capacity = 64;
-    while (capacity < size_t(std::max(expectedFeatures, 0)) * 2)
-        capacity *= 2;
-    m_slots.resize(capacity);
-    m_ids.reserve(size_t(std::max(expectedFeatures, 0)));
-    m_keys.reserve(size_t(std::max(expectedFeatures, 0)));
-    m_records.reserve(size_t(std::max(expectedFeatures, 0)));
+    const size_t expected = size_t(std::max(expectedFeatures, 0));
+    m_slots.resize(64);
+    grow(expected);
+    m_longIds.reserve(expected);
+    m_keys.reserve(expected);
+    m_records.reserve(expected);
+}
+
+FeatureRecordsBuilder::IdKey FeatureRecordsBuilder::KeyOf(const QString &id)
+{
+    IdKey key{{0, 0, 0, 0}, quint32(id.size()), 0};
+    const QChar *units = id.constData();
+    const int length = int(std::min<qsizetype>(id.size(), kKeyUnits));
+    for (int i = 0; i < length; ++i)
+        key.prefix[i / 4] |= quint64(units[i].unicode()) << (48 - 16 * (i % 4));
+    return key;
+}
+
+// Short ids live in their keys only, so that no pass after the lookups reads the
+// strings they came in, which lie wherever the document order put them.
+QString FeatureRecordsBuilder::idOf(quint32 feature) const
+{
+    const IdKey &key = m_keys[feature];
+    if (key.length > quint32(kKeyUnits))
+        return m_longIds[feature];
+    QString id(int(key.length), Qt::Uninitialized);
+    QChar *units = id.data();
+    for (int i = 0; i < int(key.length); ++i)
+        units[i] = QChar(ushort(key.prefix[i / 4] >> (48 - 16 * (i % 4))));
+    return id;
 }
 
 void FeatureRecordsBuilder::grow(size_t features)
@@ -64,59 +90,63 @@ void FeatureRecordsBuilder::grow(size_t features)
     size_t capacity = m_slots.size();
     while (features * 2 > capacity)
         capacity *= 2;
+    if (capacity == m_slots.size())
+        return;
     std::vector<Slot> old(capacity);
     old.swap(m_slots);
     const size_t mask = m_slots.size() - 1;
     for (const Slot &slot : old) {
         if (!slot.feature)
             continue;
-        size_t i = HashOf(m_ids[slot.feature - 1]) & mask;
+        size_t i = HashOf(idOf(slot.feature - 1)) & mask;
         while (m_slots[i].feature)
             i = (i + 1) & mask;
         m_slots[i] = slot;
     }
 }
 
-FeatureRecordsBuilder::IdKey FeatureRecordsBuilder::KeyOf(const QString &id, quint32 feature)
-{
-    IdKey key{{0, 0, 0, 0}, quint32(id.size()), feature};
-    const QChar *units = id.constData();
-    const int length = int(std::min<qsizetype>(id.size(), 16));
-    for (int i = 0; i < length; ++i)
-        key.prefix[i / 4] |= quint64(units[i].unicode()) << (48 - 16 * (i % 4));
-    return key;
-}
-
-// The table and the keys are small and flat, so a lookup touches two cache lines and
-// reads the id's characters only when it is longer than its key holds.
+// The table and the keys are small and flat: a lookup reads a slot and a key, and
+// the id's characters only when it is longer than a key holds.
 quint32 FeatureRecordsBuilder::featureFor(const QString &id, quint64 hash)
 {
-    if ((m_ids.size() + 1) * 2 > m_slots.size())
-        grow(m_ids.size() + 1);
+    grow(m_keys.size() + 1);
     const quint32 check = quint32(hash >> 32);
-    const IdKey key = KeyOf(id, quint32(m_ids.size()));
+    const IdKey key = KeyOf(id);
+    const bool isLong = key.length > quint32(kKeyUnits);
     const size_t mask = m_slots.size() - 1;
     for (size_t i = hash & mask;; i = (i + 1) & mask) {
         Slot &slot = m_slots[i];
         if (!slot.feature) {
-            m_ids.push_back(id);
+            m_longIds.push_back(isLong ? id : QString());
             m_keys.push_back(key);
             m_records.emplace_back();
-            slot = Slot{check, quint32(m_ids.size())};
+            slot = Slot{check, quint32(m_keys.size())};
             return slot.feature - 1;
         }
         if (slot.check != check)
             continue;
         const IdKey &known = m_keys[slot.feature - 1];
         if (known.length == key.length && std::equal(key.prefix, key.prefix + 4, known.prefix)
-            && (key.length <= 16 || m_ids[slot.feature - 1] == id))
+            && (!isLong || m_longIds[slot.feature - 1] == id))
             return slot.feature - 1;
     }
 }
 
 void FeatureRecordsBuilder::addEntry(QString id, VantixFeatureData &&data)
 {
-    m_records[featureFor(id, HashOf(id))] = std::move(data);
+    const quint64 hash = HashOf(id);
+    Prefetch(&m_slots[hash & (m_slots.size() - 1)]);
+    m_pending.push_back(Pending{std::move(id), hash, std::move(data)});
+    if (m_pending.size() == kEntryBatch)
+        flushEntries();
+}
+
+// Entries wait in small batches, so their slots are asked for before they are needed.
+void FeatureRecordsBuilder::flushEntries()
+{
+    for (Pending &entry : m_pending)
+        m_records[featureFor(entry.id, entry.hash)] = std::move(entry.data);
+    m_pending.clear();
 }
 
 void FeatureRecordsBuilder::addProductMembers(const QCborArray &featureIds, int owner)
@@ -129,18 +159,18 @@ void FeatureRecordsBuilder::addLayoutMembers(const QCborArray &featureIds, int o
     addMembers(featureIds, owner, m_layoutMembers);
 }
 
-// One owner's list at a time: every name's table slot is asked for first and each
+// One owner's list at a time: every name's slot is asked for first and each
 // candidate's key next, so the lookups wait for memory together instead of in turn.
 void FeatureRecordsBuilder::addMembers(const QCborArray &featureIds, int owner, std::vector<Member> &into)
 {
+    flushEntries();
     m_names.clear();
     m_hashes.clear();
     for (const QCborValue &featureId : featureIds) {
         m_names.push_back(featureId.toString());
         m_hashes.push_back(HashOf(m_names.back()));
     }
-    if ((m_ids.size() + m_names.size()) * 2 > m_slots.size())
-        grow(m_ids.size() + m_names.size());
+    grow(m_keys.size() + m_names.size());
     const size_t mask = m_slots.size() - 1;
     for (const quint64 hash : m_hashes)
         Prefetch(&m_slots[hash & mask]);
@@ -156,13 +186,18 @@ void FeatureRecordsBuilder::addMembers(const QCborArray &featureIds, int owner, 
 std::vector<quint32> FeatureRecordsBuilder::idOrder() const
 {
     std::vector<IdKey> keys = m_keys;
-    // Only ids that agree in their first sixteen units are compared in full.
+    for (size_t i = 0; i < keys.size(); ++i)
+        keys[i].feature = quint32(i);
+    // Keys that agree in every unit they hold differ in length, or else in the rest
+    // of two long ids.
     std::sort(keys.begin(), keys.end(), [this](const IdKey &a, const IdKey &b) {
         for (int i = 0; i < 4; ++i) {
             if (a.prefix[i] != b.prefix[i])
                 return a.prefix[i] < b.prefix[i];
         }
-        return m_ids[a.feature] < m_ids[b.feature];
+        if (a.length > quint32(kKeyUnits) && b.length > quint32(kKeyUnits))
+            return m_longIds[a.feature] < m_longIds[b.feature];
+        return a.length < b.length;
     });
     std::vector<quint32> order;
     order.reserve(keys.size());
@@ -223,6 +258,7 @@ void FeatureRecordsBuilder::fillSets(VantixFeatureData &record, const quint32 *o
 void FeatureRecordsBuilder::build(QMap<QString, VantixFeatureData> &features, const QVector<QString> &productNames,
                                   const QVector<QString> &layoutNames)
 {
+    flushEntries();
     const std::vector<quint32> order = idOrder();
     std::vector<quint32> rankOf(order.size());
     for (size_t r = 0; r < order.size(); ++r)
@@ -237,22 +273,20 @@ void FeatureRecordsBuilder::build(QMap<QString, VantixFeatureData> &features, co
     std::vector<QSet<QString>> singleLayout(size_t(layoutNames.size()));
     // In ascending order every node goes in at the end, where the hint puts it.
     for (size_t r = 0; r < order.size(); ++r) {
-        // The records and ids were made in document order; ask for them a little ahead.
-        if (r + 16 < order.size()) {
-            Prefetch(&m_records[order[r + 16]]);
-            Prefetch(&m_ids[order[r + 16]]);
+        // The records were made in document order; ask for them a little ahead.
+        if (r + 8 < order.size()) {
+            Prefetch(&m_records[order[r + 8]]);
+            Prefetch(&m_keys[order[r + 8]]);
         }
-        if (r + 8 < order.size())
-            Prefetch(m_ids[order[r + 8]].constData());
         const quint32 feature = order[r];
-        VantixFeatureData &record = features.insert(features.cend(), m_ids[feature], VantixFeatureData()).value();
+        VantixFeatureData &record = features.insert(features.cend(), idOf(feature), VantixFeatureData()).value();
         record = std::move(m_records[feature]);
         fillSets(record, products.owners.data() + products.start[r], int(products.start[r + 1] - products.start[r]),
                  productNames, singleProduct, &VantixFeatureData::productIds);
         fillSets(record, layouts.owners.data() + layouts.start[r], int(layouts.start[r + 1] - layouts.start[r]),
                  layoutNames, singleLayout, &VantixFeatureData::layoutNames);
     }
-    m_ids = {};
+    m_longIds = {};
     m_keys = {};
     m_records = {};
 }

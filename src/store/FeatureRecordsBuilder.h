@@ -51,9 +51,17 @@ private:
         quint32 feature;
         quint32 owner;
     };
+    struct Pending
+    {
+        QString id;
+        quint64 hash;
+        VantixFeatureData data;
+    };
 
-    static IdKey KeyOf(const QString &id, quint32 feature);
+    static IdKey KeyOf(const QString &id);
+    QString idOf(quint32 feature) const;
     quint32 featureFor(const QString &id, quint64 hash);
+    void flushEntries();
     void addMembers(const QCborArray &featureIds, int owner, std::vector<Member> &into);
     void grow(size_t features);
     std::vector<quint32> idOrder() const;
@@ -62,9 +70,10 @@ private:
                          QSet<QString> VantixFeatureData::*set);
 
     std::vector<Slot> m_slots; // size is a power of two, at most half full
-    std::vector<QString> m_ids;
     std::vector<IdKey> m_keys; // by feature index
+    std::vector<QString> m_longIds; // by feature index; empty where the key holds the id
     std::vector<VantixFeatureData> m_records;
+    std::vector<Pending> m_pending;
     std::vector<Member> m_productMembers;
     std::vector<Member> m_layoutMembers;
     std::vector<QString> m_names; // one owner's list, while it is looked up
