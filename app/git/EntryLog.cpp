@@ -1,7 +1,6 @@
 #include "git/EntryLog.h"
 
 #include "store/EntryEditCheck.h"
-#include "store/RecordComparison.h"
 
 #include <QHash>
 
@@ -55,7 +54,7 @@ public:
         const auto older = Load(parent, *before, error);
         if (!older)
             return std::nullopt;
-        return entry.Of(CompareRecords(*older, *newer));
+        return entry.Between(*older, *newer);
     }
 
 private:

@@ -3,6 +3,7 @@
 #include "store/ChangeJson.h"
 #include "store/ChangeSubjects.h"
 #include "store/FollowingChanges.h"
+#include "store/RecordComparison.h"
 
 namespace ProductEditor {
 
@@ -14,6 +15,28 @@ RecordChanges EntryChanges::Of(const RecordChanges &changes) const
             found.append(change);
     }
     return found;
+}
+
+RecordChanges EntryChanges::Between(const RecordsSnapshot &before, const RecordsSnapshot &after) const
+{
+    if (record != RecordChange::Record::Feature)
+        return Of(CompareRecords(before, after));
+    RecordsSnapshot older = before, newer = after;
+    newer.features.clear();
+    older.features.clear();
+    const auto kept = after.features.constFind(id);
+    if (kept != after.features.cend())
+        newer.features.insert(id, *kept);
+    const auto was = before.features.constFind(id);
+    if (was != before.features.cend()) {
+        older.features.insert(id, *was);
+    } else if (kept != after.features.cend()) {
+        for (auto it = before.features.cbegin(); it != before.features.cend(); ++it) {
+            if (!after.features.contains(it.key()))
+                older.features.insert(it.key(), it.value());
+        }
+    }
+    return Of(CompareRecords(older, newer));
 }
 
 QString EntryChanges::IdBefore(const RecordChanges &changes) const
