@@ -201,6 +201,13 @@ struct EditorTestState
         answers = std::make_unique<DialogAnswers>();
     }
     QAbstractItemView *view(const char *name) const { return editor->find<QAbstractItemView>(name); }
+    // What a save of the window writes now, by file.
+    QHash<QString, QByteArray> save()
+    {
+        editor->folder.written.clear();
+        editor->run("mp_run_save");
+        return editor->folder.written;
+    }
     QModelIndex cell(const char *name, int row, int column) const { return editor->model(name)->index(row, column); }
 
     // The row of `view` with `key` in one of its cells.

@@ -15,7 +15,8 @@ private slots:
     void init() { start(); }
     void cleanup() { QCOMPARE(answers->Pending(), 0); }
 
-    // Every edit the window offers names itself, and the record, on Undo and Redo.
+    // Every edit the window offers names itself, and the record, on Undo and Redo; one
+    // edit undone gives back the bytes saved before it.
     void stepNames_data()
     {
         QTest::addColumn<QString>("steps"); // separated by "; "
@@ -88,16 +89,22 @@ private slots:
         QAction *undo = editor->find<QAction>("mp_run_undo");
         QAction *redo = editor->find<QAction>("mp_run_redo");
         QCOMPARE(undo->text() + redo->text(), "UndoRedo");
+        const auto before = save();
         for (const QString &step : steps.split("; "))
             act(step);
         QCOMPARE(undo->text(), "Undo " + name);
+        const auto after = save();
         undo->trigger();
         QCOMPARE(redo->text(), "Redo " + name);
-        if (!stack()->canUndo())
+        // An edit undone gives back the very bytes saved before it.
+        if (!stack()->canUndo()) {
             QCOMPARE(undo->text(), "Undo");
+            QCOMPARE(save(), before);
+        }
         redo->trigger();
         QCOMPARE(undo->text(), "Undo " + name);
         QCOMPARE(redo->text(), "Redo");
+        QCOMPARE(save(), after);
     }
 
     // Each of these edits of one feature reads differently in the History; typing in a

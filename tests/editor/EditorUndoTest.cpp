@@ -14,13 +14,6 @@ class EditorUndoTest : public QObject, EditorTestState
 {
     Q_OBJECT
 
-    QHash<QString, QByteArray> save()
-    {
-        editor->folder.written.clear();
-        editor->run("mp_run_save");
-        return editor->folder.written;
-    }
-
     QUndoView *history() const { return editor->find<QUndoView>("mp_lst_history"); }
     QUndoStack *stack() const { return history()->stack(); }
     void click(const char *name, int row, int column)
@@ -253,49 +246,6 @@ private slots:
         QCOMPARE(editor->text("mp_edt_base_license"), "lic_pro");
         QCOMPARE(cell("mp_lst_feature_product", view("mp_lst_feature_product")->currentIndex().row(), 1).data().toString(), "pro");
         QCOMPARE(editor->model("mp_lst_feature_layout")->index(0, 1).data(Qt::UserRole), true); // "expert" of pro
-    }
-
-    // Every change on the Extensions page comes back byte for byte, and goes again on redo.
-    void extensionStepsRestoreTheBytes_data()
-    {
-        QTest::addColumn<QString>("change");
-        QTest::newRow("rename") << "rename";
-        QTest::newRow("add") << "add";
-        QTest::newRow("remove") << "remove";
-        QTest::newRow("flag") << "flag";
-        QTest::newRow("product access") << "access";
-    }
-    void extensionStepsRestoreTheBytes()
-    {
-        QFETCH(QString, change);
-        editor->show(2);
-        view("mp_lst_extensions")->setCurrentIndex(cell("mp_lst_extensions", 0, 0));
-        const auto before = save();
-        if (change == "rename") {
-            auto *id = editor->find<QLineEdit>("mp_edt_ext_id");
-            id->setFocus();
-            id->selectAll();
-            QTest::keyClicks(id, "stp");
-            QTest::keyClick(id, Qt::Key_Return);
-        } else if (change == "add") {
-            editor->run("mp_btn_add_new_extension");
-        } else if (change == "remove") {
-            editor->run("mp_btn_remove_extension");
-        } else if (change == "flag") {
-            auto *flag = editor->find<QWidget>("mp_chk_ext_cad_support");
-            QTest::mouseClick(flag, Qt::LeftButton, {}, QPoint(6, flag->height() / 2));
-        } else {
-            click("mp_lst_ext_product", 0, 2);
-        }
-        view("mp_lst_extensions")->setFocus(); // a field commits as it loses focus
-        QTest::qWait(0);
-        QCOMPARE(stack()->index(), 1);
-        const auto after = save();
-        QVERIFY(after != before);
-        editor->run("mp_run_undo");
-        QCOMPARE(save(), before);
-        editor->run("mp_run_redo");
-        QCOMPARE(save(), after);
     }
 
     // Unticking by undo keeps the row the tick was made on current.
