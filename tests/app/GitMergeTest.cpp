@@ -187,36 +187,6 @@ private slots:
         QVERIFY2(run.all().contains(out), qPrintable(run.all()));
     }
 
-    // What a reviewer pastes: each kind of record under its heading, in product terms.
-    void reviewFormat()
-    {
-        Git({"add", "-A"});
-        Git({"commit", "-q", "-m", "base"});
-        Write(m_repo + "/defs/products/products.json",
-              QStringLiteral(R"({"features":{"feature":[%1]},"products":{"product":[{"id":"p","features":["open","save","cut"],
-                  "modes":["main"]},{"id":"q","features":["open"]},{"id":"p2","features":["open","save","cut"],
-                  "modes":["main"]}]}})")
-                  .arg(R"({"id":"open","title":"Open file"},)" + kSave + "," + kCut));
-        Write(m_repo + "/defs/layouts/main.json", Layout(R"("open","save")", R"(,"extensions":{"open":["obj"]})"));
-
-        const Run run = Program({"diff", "defs", "--from", "HEAD", "--format", "review"});
-        QCOMPARE(run.status, 1);
-        QCOMPARE(run.all(), QString("## Definition changes: defs at HEAD -> defs\n\n"
-                                  "**10 changes** to 3 features, 2 products and 1 layout\n\n"
-                                  "### Features\n\n"
-                                  "- feature cut \"Cut\" added\n"
-                                  "- feature open: title \"Open\" -> \"Open file\"\n\n"
-                                  "### Product `p`\n\n"
-                                  "| | Gained | Lost |\n|---|---|---|\n| Features | `cut` |  |\n\n"
-                                  "### Product `p2` (added, a copy of `p`)\n\n"
-                                  "| | Gained | Lost |\n|---|---|---|\n"
-                                  "| Features | `cut`, `open`, `save` |  |\n| Layouts | `main` |  |\n\n"
-                                  "### Product `q`\n\n"
-                                  "| | Gained | Lost |\n|---|---|---|\n| Layouts |  | `main` |\n\n"
-                                  "### Layouts\n\n"
-                                  "- layout main: now opens obj\n"));
-    }
-
     void mergeFolders()
     {
         const QString base = m_repo + "/defs", ours = m_dir->filePath("ours"), theirs = m_dir->filePath("theirs");
