@@ -76,14 +76,16 @@ void VantixJsonData::_GenerateResult()
     productsResult.insert(kExtensions, extensionsObject);
 
     // Feature ids arrive in ascending order and once per owner, so appending
-    // keeps every list sorted and free of duplicates.
-    QHash<QString, QStringList> featuresOfProduct;
-    QHash<QString, QStringList> featuresOfLayout;
+    // keeps every list sorted and free of duplicates. One JSON value per id serves
+    // its entry and every list: a value made from a string is a container of its own.
+    QHash<QString, QJsonArray> featuresOfProduct;
+    QHash<QString, QJsonArray> featuresOfLayout;
     QJsonArray featureEntries;
     for (auto it = features.cbegin(); it != features.cend(); ++it) {
         const VantixFeatureData &feature = it.value();
+        const QJsonValue id(it.key());
         QJsonObject entry;
-        entry.insert(kId, it.key());
+        entry.insert(kId, id);
         if (!feature.statustip.isEmpty())
             entry.insert(kStatustip, feature.statustip);
         if (!feature.title.isEmpty())
@@ -95,9 +97,9 @@ void VantixJsonData::_GenerateResult()
         if (feature.emergency)
             entry.insert(kEmergency, true);
         for (const QString &productId : feature.productIds)
-            featuresOfProduct[productId].append(it.key());
+            featuresOfProduct[productId].append(id);
         for (const QString &layoutName : feature.layoutNames)
-            featuresOfLayout[layoutName].append(it.key());
+            featuresOfLayout[layoutName].append(id);
         featureEntries.append(entry);
     }
     QJsonObject featuresObject = productsResult.value(kFeatures).toObject();
@@ -116,7 +118,7 @@ void VantixJsonData::_GenerateResult()
         entry.insert(kLicensing, QJsonObject{{kBase, product.base}, {kSpecific, specific}});
         entry.insert(kExtensions, ExtensionAccessToJson(product.extensions));
         const auto owned = featuresOfProduct.constFind(product.id);
-        entry.insert(kFeatures, owned == featuresOfProduct.cend() ? QJsonArray() : QJsonArray::fromStringList(owned.value()));
+        entry.insert(kFeatures, owned == featuresOfProduct.cend() ? QJsonArray() : owned.value());
         productEntries.append(entry);
     }
     productsResult.insert(kProducts, QJsonObject{{kProduct, productEntries}});
@@ -125,7 +127,7 @@ void VantixJsonData::_GenerateResult()
         const auto owned = featuresOfLayout.constFind(it.key());
         layoutsResult[it.key()] = QJsonObject{
             {kExtensions, ExtensionAccessToJson(it.value())},
-            {kFeatures, owned == featuresOfLayout.cend() ? QJsonArray() : QJsonArray::fromStringList(owned.value())}};
+            {kFeatures, owned == featuresOfLayout.cend() ? QJsonArray() : owned.value()}};
     }
 }
 
