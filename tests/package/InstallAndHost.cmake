@@ -1,8 +1,12 @@
-# Installs the build into a fresh prefix under WORK_DIR, checks the installed layout,
-# runs the installed program, then builds and runs a host against the installed package.
+# Installs the build into a fresh prefix under WORK_DIR, checks the installed layout, runs
+# the installed program, then builds and runs a host against the installed package. With
+# OTHER_BUILD_DIR (a build against the other Qt major), that build is installed into the
+# same prefix first: the two must not share a file, and a host is built against each.
 #   cmake -DBUILD_DIR=... -DWORK_DIR=... -DHOST_SOURCE_DIR=... -DLIBDIR=... -DGENERATOR=...
-#         -DMAKE_PROGRAM=... -DCXX_COMPILER=... -DQT_MAJOR=... [-DHOST_FLAGS=...] -P InstallAndHost.cmake
-foreach(var BUILD_DIR WORK_DIR HOST_SOURCE_DIR LIBDIR GENERATOR CXX_COMPILER QT_MAJOR)
+#         -DMAKE_PROGRAM=... -DCXX_COMPILER=... -DQT_MAJOR=... -DPACKAGE=... -DLIBRARY=...
+#         -DPROGRAM=... [-DHOST_FLAGS=...] [-DOTHER_BUILD_DIR=... -DOTHER_QT_MAJOR=...
+#         -DOTHER_PACKAGE=... -DOTHER_PROGRAM=...] -P InstallAndHost.cmake
+foreach(var BUILD_DIR WORK_DIR HOST_SOURCE_DIR LIBDIR GENERATOR CXX_COMPILER QT_MAJOR PACKAGE LIBRARY PROGRAM)
     if(NOT DEFINED ${var})
         message(FATAL_ERROR "${var} is not set")
     endif()
@@ -17,43 +21,51 @@ function(run step)
 endfunction()
 
 set(prefix ${WORK_DIR}/prefix)
-set(examples ${prefix}/share/product-editor/examples/definitions)
 file(REMOVE_RECURSE ${WORK_DIR})
 file(MAKE_DIRECTORY ${WORK_DIR})
 
-run("install" ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
+set(other_files)
+if(OTHER_BUILD_DIR)
+    run("install ${OTHER_PACKAGE}" ${CMAKE_COMMAND} --install ${OTHER_BUILD_DIR} --prefix ${prefix})
+    file(GLOB_RECURSE other_files LIST_DIRECTORIES false ${prefix}/*)
+endif()
+run("install ${PACKAGE}" ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
+file(STRINGS ${BUILD_DIR}/install_manifest.txt installed)
+foreach(path ${installed})
+    if(path IN_LIST other_files)
+        message(FATAL_ERROR "${PACKAGE} installs over a file of ${OTHER_PACKAGE}: ${path}")
+    endif()
+endforeach()
 
+set(lib ${LIBDIR}/lib${LIBRARY}.so)
+set(cmakedir ${LIBDIR}/cmake/${PACKAGE})
+set(headers include/${PACKAGE})
 foreach(path
-        ${LIBDIR}/libproduct_editor.so ${LIBDIR}/libproduct_editor.so.1 ${LIBDIR}/libproduct_editor.so.1.0.0
-        include/ProductEditor/ProductEditorExport.h include/ProductEditor/editor/CreateProductEditor.h
-        include/ProductEditor/store/VantixJsonData.h include/ProductEditor/json/QJsonModel.h
-        include/ProductEditor/models/Model.h
-        ${LIBDIR}/cmake/ProductEditor/ProductEditorConfig.cmake
-        ${LIBDIR}/cmake/ProductEditor/ProductEditorConfigVersion.cmake
-        ${LIBDIR}/cmake/ProductEditor/ProductEditorTargets.cmake
-        bin/product-editor share/applications/product-editor.desktop
-        share/product-editor/examples/definitions/products/products.json)
+        ${lib} ${lib}.1 ${lib}.1.0.0
+        ${headers}/ProductEditorExport.h ${headers}/editor/CreateProductEditor.h
+        ${headers}/store/VantixJsonData.h ${headers}/json/QJsonModel.h ${headers}/models/Model.h
+        ${cmakedir}/${PACKAGE}Config.cmake ${cmakedir}/${PACKAGE}ConfigVersion.cmake
+        ${cmakedir}/${PACKAGE}Targets.cmake
+        bin/${PROGRAM} share/applications/${PROGRAM}.desktop
+        share/${PROGRAM}/examples/definitions/products/products.json)
     if(NOT EXISTS ${prefix}/${path})
         message(FATAL_ERROR "not installed: ${path}")
     endif()
 endforeach()
-foreach(path include/ProductEditor/editor/EditorPrivate.h bin/editor_EditorFormTest bin/StoreBench)
+foreach(path ${headers}/editor/EditorPrivate.h bin/editor_EditorFormTest bin/StoreBench bin/pe-generate)
     if(EXISTS ${prefix}/${path})
         message(FATAL_ERROR "installed but should not be: ${path}")
     endif()
 endforeach()
 
 # The library links the Qt major it was built for, and no other.
-file(GET_RUNTIME_DEPENDENCIES LIBRARIES ${prefix}/${LIBDIR}/libproduct_editor.so
+file(GET_RUNTIME_DEPENDENCIES LIBRARIES ${prefix}/${lib}
     RESOLVED_DEPENDENCIES_VAR resolved UNRESOLVED_DEPENDENCIES_VAR unresolved)
 list(FILTER resolved INCLUDE REGEX "/libQt[0-9]Core\\.so")
 list(TRANSFORM resolved REPLACE ".*/libQt([0-9])Core\\.so.*" "\\1")
 if(NOT resolved STREQUAL QT_MAJOR)
     message(FATAL_ERROR "the installed library links Qt '${resolved}', expected Qt ${QT_MAJOR}")
 endif()
-
-# The installed program must find the installed library through its own RPATH.
-run("installed program" ${prefix}/bin/product-editor check ${examples})
 
 set(host_args)
 if(MAKE_PROGRAM)
@@ -62,8 +74,23 @@ endif()
 if(HOST_FLAGS)
     list(APPEND host_args "-DCMAKE_CXX_FLAGS=${HOST_FLAGS}" "-DCMAKE_EXE_LINKER_FLAGS=${HOST_FLAGS}")
 endif()
-run("host configure" ${CMAKE_COMMAND} -S ${HOST_SOURCE_DIR} -B ${WORK_DIR}/host -G ${GENERATOR}
-    -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_PREFIX_PATH=${prefix}
-    -DCMAKE_FIND_PACKAGE_NO_PACKAGE_REGISTRY=ON -DEXPECTED_QT_MAJOR=${QT_MAJOR} ${host_args})
-run("host build" ${CMAKE_COMMAND} --build ${WORK_DIR}/host)
-run("host run" ${WORK_DIR}/host/host ${examples})
+
+# The installed program finds the installed library through its own RPATH, and with no
+# folder given opens the bundled example; a host built against the package opens it too.
+function(try_package package program qt_major)
+    set(examples ${prefix}/share/${program}/examples/definitions)
+    run("installed ${program}" ${prefix}/bin/${program} check ${examples})
+    run("installed ${program}, bundled example" ${prefix}/bin/${program} --screenshot ${WORK_DIR}/${program}.png)
+    set(host ${WORK_DIR}/host-${package})
+    run("host configure, ${package}" ${CMAKE_COMMAND} -S ${HOST_SOURCE_DIR} -B ${host} -G ${GENERATOR}
+        -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_PREFIX_PATH=${prefix}
+        -DCMAKE_FIND_PACKAGE_NO_PACKAGE_REGISTRY=ON -DPE_PACKAGE=${package} -DEXPECTED_QT_MAJOR=${qt_major}
+        ${host_args})
+    run("host build, ${package}" ${CMAKE_COMMAND} --build ${host})
+    run("host run, ${package}" ${host}/host ${examples})
+endfunction()
+
+try_package(${PACKAGE} ${PROGRAM} ${QT_MAJOR})
+if(OTHER_BUILD_DIR)
+    try_package(${OTHER_PACKAGE} ${OTHER_PROGRAM} ${OTHER_QT_MAJOR})
+endif()
