@@ -112,14 +112,7 @@ std::unique_ptr<QMainWindow> OpenWindow(const QString &folder, const QString &ca
 
 QString BundledExample(const QString &programDir)
 {
-    const QDir dir(programDir);
-    const QStringList candidates{dir.filePath(QStringLiteral("../share/product-editor/examples/definitions")),
-                                 dir.filePath(QStringLiteral("../../examples/definitions"))};
-    for (const QString &candidate : candidates) {
-        if (QFileInfo(candidate).isDir())
-            return QDir::cleanPath(candidate);
-    }
-    return QDir::cleanPath(candidates.first());
+    return QDir::cleanPath(QDir(programDir).filePath(QStringLiteral("../" PE_DATA_DIR "/examples/definitions")));
 }
 
 std::unique_ptr<QMainWindow> OpenEditorWindow(const QString &folder, const QString &catalogueFile,

@@ -9,8 +9,8 @@
 
 class QMainWindow;
 
-// The bundled example beside the program: installed under ../share/product-editor, or in
-// the checkout two levels above the build tree's bin folder.
+// The bundled example beside the program, under ../share/<program>/examples: installed
+// there, and linked there from the sources in every build folder.
 QString BundledExample(const QString &programDir);
 
 // The editor window over `folder`, its catalogue made by FolderOpener; null (the window
