@@ -3,6 +3,7 @@
 # every file written. Inputs: the bundled example, the example with numbers each Qt writes
 # its own way, and a generated 2,000-feature folder.
 #   cmake -DPROGRAM=... -DREFERENCE=... -DGENERATOR=... -DEXAMPLE=... -DWORK_DIR=... -P SameOutput.cmake
+cmake_minimum_required(VERSION 3.16)
 foreach(var PROGRAM REFERENCE GENERATOR EXAMPLE WORK_DIR)
     if(NOT DEFINED ${var})
         message(FATAL_ERROR "${var} is not set")

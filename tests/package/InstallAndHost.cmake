@@ -6,6 +6,7 @@
 #         -DMAKE_PROGRAM=... -DCXX_COMPILER=... -DQT_MAJOR=... -DPACKAGE=... -DLIBRARY=...
 #         -DPROGRAM=... [-DHOST_FLAGS=...] [-DOTHER_BUILD_DIR=... -DOTHER_QT_MAJOR=...
 #         -DOTHER_PACKAGE=... -DOTHER_PROGRAM=...] -P InstallAndHost.cmake
+cmake_minimum_required(VERSION 3.16)
 foreach(var BUILD_DIR WORK_DIR HOST_SOURCE_DIR LIBDIR GENERATOR CXX_COMPILER QT_MAJOR PACKAGE LIBRARY PROGRAM)
     if(NOT DEFINED ${var})
         message(FATAL_ERROR "${var} is not set")
