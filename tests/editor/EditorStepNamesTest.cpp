@@ -112,7 +112,7 @@ private slots:
     void editsOfOneRecordReadDifferently()
     {
         editor->show(0);
-        for (const QString &step : {"type mp_edt_title Opened", "type mp_edt_title Opened_again", "type mp_edt_tooltip Opens",
+        for (const char *step : {"type mp_edt_title Opened", "type mp_edt_title Opened_again", "type mp_edt_tooltip Opens",
                                     "type mp_edt_statustip Opens", "tick mp_chk_visible", "tick mp_chk_emergency",
                                     "click mp_lst_feature_product basic 0", "click mp_lst_feature_product basic 0",
                                     "click mp_lst_feature_layout expert 0", "click mp_lst_specific_license lic_pro 0"})
