@@ -119,7 +119,7 @@ private slots:
         QFETCH(QString, row);
         QFETCH(QString, column);
         QFETCH(QString, cell);
-        for (const QString &format : {"csv", "markdown", "html", "json"}) {
+        for (const QString format : {"csv", "markdown", "html", "json"}) {
             const Run run = Program({"matrix", kExample, "--of", of, "--format", format});
             QCOMPARE(run.status, 0);
             const Table table = Read(format, run.out);
