@@ -4,6 +4,7 @@
 #include "check/LayoutFolderCheck.h"
 #include "check/ProblemDescription.h"
 #include "check/ReferenceCheck.h"
+#include "store/DefinitionFolder.h"
 #include "store/LicenseCatalogueFile.h"
 
 #include <QDir>
@@ -173,7 +174,7 @@ Diagnostics FolderChecker::CheckDocuments(VantixJsonData &store, int folderReads
         catalogue = QSet<QString>(names.cbegin(), names.cend());
     }
     out += ReferenceCheck(products, layouts, catalogue).Run();
-    out += CheckLayoutFolder(store.GetFolder().filePath(QStringLiteral("layouts")), store.GetLoadReport(), layouts);
+    out += CheckLayoutFolder(DefinitionFolder(store.GetFolder().path()).LayoutsFolder(), store.GetLoadReport(), layouts);
     return out;
 }
 

@@ -2,8 +2,7 @@
 
 #include "check/FolderChecker.h"
 #include "check/RecordsCheck.h"
-
-#include <QDir>
+#include "store/DefinitionFolder.h"
 
 #include <algorithm>
 
@@ -95,7 +94,7 @@ LiveFindings LiveFindings::Run(const Reader &reader, const QString &folder, cons
                 rewrites << diagnostic;
         }
     }
-    Diagnostics now = CheckRecords(records, QDir(folder).filePath(QStringLiteral("products/products.json")), layoutFiles);
+    Diagnostics now = CheckRecords(records, DefinitionFolder(folder).ProductsFile(), layoutFiles);
     DropToldByFiles(now, findings.files);
     Place(now, findings.files);
     for (const Diagnostic &diagnostic : qAsConst(findings.files)) {

@@ -8,7 +8,6 @@ namespace ProductEditor {
 namespace Keys {
 
 inline const QString kProducts = QStringLiteral("products");
-inline const QString kProductsJson = QStringLiteral("products.json");
 inline const QString kLayouts = QStringLiteral("layouts");
 inline const QString kExtensions = QStringLiteral("extensions");
 inline const QString kExtension = QStringLiteral("extension");

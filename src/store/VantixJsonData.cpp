@@ -1,5 +1,6 @@
 #include "store/VantixJsonData.h"
 
+#include "store/DefinitionFolder.h"
 #include "store/DefinitionKeys.h"
 #include "store/FeatureRecordsBuilder.h"
 
@@ -70,24 +71,22 @@ bool VantixJsonData::Init(const QString &path)
         loadReport.refusal->message = message;
         return false;
     };
-    QDir dir(path);
-    if (!dir.exists())
+    if (!QDir(path).exists())
         return refuse(path, QFileInfo::exists(path) ? QStringLiteral("not a folder")
                                                     : QStringLiteral("the definition folder does not exist"));
-    if (!dir.cd(kProducts))
-        return refuse(QDir(path).filePath(kProducts), QStringLiteral("missing \"products\" folder"));
-    if (!dir.exists(kProductsJson))
-        return refuse(dir.filePath(kProductsJson), QStringLiteral("missing \"products.json\""));
+    const DefinitionFolder layout(path);
+    if (!QFileInfo(layout.ProductsFolder()).isDir())
+        return refuse(layout.ProductsFolder(), QStringLiteral("missing \"products\" folder"));
+    if (!QFileInfo::exists(layout.ProductsFile()))
+        return refuse(layout.ProductsFile(), QStringLiteral("missing \"products.json\""));
     folder = QDir(path);
     return Load(folder.path());
 }
 
 bool VantixJsonData::Load(const QString &path)
 {
-    const QDir root(path);
-    // Without a "products" sub-folder the document is looked up in the folder itself.
-    const QDir productsDir(root.filePath(kProducts));
-    const QString productsPath = (productsDir.exists() ? productsDir : root).filePath(kProductsJson);
+    const DefinitionFolder layout(path);
+    const QString productsPath = layout.LoadedProductsFile();
     loadReport = LoadReport();
     LoadProblem problem;
     const QJsonDocument productsDocument =
@@ -105,10 +104,7 @@ bool VantixJsonData::Load(const QString &path)
     productsResult = productsObject;
 
     // Files are visited in listing order; later files win on a shared name.
-    const QDir layoutsDir(root.filePath(kLayouts));
-    const QFileInfoList files = layoutsDir.exists()
-        ? layoutsDir.entryInfoList(QDir::Files | QDir::Hidden, QDir::Unsorted)
-        : QFileInfoList();
+    const QFileInfoList files = layout.LayoutFiles();
     for (const QFileInfo &file : files) {
         const QString filePath = file.filePath();
         LoadProblem skipped;

@@ -1,10 +1,10 @@
 #include "store/VantixJsonData.h"
 
+#include "store/DefinitionFolder.h"
 #include "store/DefinitionKeys.h"
 #include "store/JsonText.h"
 
 #include <QDebug>
-#include <QFileInfo>
 #include <QHash>
 #include <QJsonDocument>
 
@@ -141,22 +141,17 @@ bool VantixJsonData::Save()
 bool VantixJsonData::SaveAs(const QString &path)
 {
     QDir dir(path);
-    if (!dir.exists(kProducts) && !dir.mkdir(kProducts)) {
-        qWarning().noquote() << kFolderWarning;
-        return false;
-    }
     // The message names the products folder for the layouts folder too.
-    if (!dir.exists(kLayouts) && !dir.mkdir(kLayouts)) {
-        qWarning().noquote() << kFolderWarning;
-        return false;
+    for (const QString &sub : {DefinitionFolder::ProductsFolderName(), DefinitionFolder::LayoutsFolderName()}) {
+        if (!dir.exists(sub) && !dir.mkdir(sub)) {
+            qWarning().noquote() << kFolderWarning;
+            return false;
+        }
     }
-    // Paths are joined rather than reached with cd, so an entry that is not a
-    // folder makes the writer fail instead of sending files elsewhere.
-    const QDir productsDir(dir.filePath(kProducts));
-    const QDir layoutsDir(dir.filePath(kLayouts));
+    const DefinitionFolder layout(path);
     _GenerateResult();
     if (writer)
-        writer(productsDir.filePath(kProductsJson), JsonText(QJsonDocument(productsResult), QJsonDocument::Indented));
+        writer(layout.ProductsFile(), JsonText(QJsonDocument(productsResult), QJsonDocument::Indented));
 
     for (auto it = layoutFiles.cbegin(); it != layoutFiles.cend(); ++it) {
         QJsonObject fileLayouts;
@@ -168,7 +163,7 @@ bool VantixJsonData::SaveAs(const QString &path)
         }
         const QJsonObject document{{kLayouts, fileLayouts}};
         if (writer)
-            writer(layoutsDir.filePath(QFileInfo(it.key()).fileName()),
+            writer(layout.LayoutFile(it.key()),
                    JsonText(QJsonDocument(document), QJsonDocument::Indented));
     }
     return true;
