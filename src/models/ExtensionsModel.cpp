@@ -1,8 +1,7 @@
 #include "models/ExtensionsModel.h"
 
-#include "models/ModelText.h"
+#include "models/KeyedRows.h"
 
-#include <iterator>
 #include <utility>
 
 namespace ProductEditor {
@@ -100,36 +99,18 @@ QVariant ExtensionsModel::data(const QModelIndex &index, int role) const
 
 bool ExtensionsModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
-    if (!index.isValid() || role != Qt::EditRole)
-        return false;
     QMap<QString, ExtensionInfo> &extensions = m_data.GetExtensions();
-    const auto it = m_cursor.At(extensions, index.row());
-    if (it == extensions.constEnd())
+    const std::optional<QString> edited = KeyedRows::EditedKey(m_cursor, std::as_const(extensions), index, value, role);
+    if (!edited)
         return false;
-    const QString id = it.key();
+    const QString id = *edited;
     const QString text = value.toString();
-    if (text == id)
-        return false;
 
     switch (index.column()) {
-    case IdColumn: {
-        if (extensions.contains(text)) {
-            ShowIdExistsToolTip();
+    case IdColumn:
+        if (!KeyedRows::RenameToFreeKey(*this, extensions, index.row(), id, text))
             return false;
-        }
-        const ExtensionInfo record = it.value();
-        beginRemoveRows(QModelIndex(), index.row(), index.row());
-        extensions.remove(id);
-        BumpRowEpoch();
-        endRemoveRows();
-        const int newRow = int(std::distance(extensions.constBegin(),
-                                             std::as_const(extensions).lowerBound(text)));
-        beginInsertRows(QModelIndex(), newRow, newRow);
-        extensions.insert(text, record);
-        BumpRowEpoch();
-        endInsertRows();
         break;
-    }
     case TitleColumn:
         extensions[id].title = text;
         break;
@@ -157,13 +138,10 @@ QVariant ExtensionsModel::headerData(int section, Qt::Orientation orientation, i
 bool ExtensionsModel::insertRows(int, int, const QModelIndex &)
 {
     QMap<QString, ExtensionInfo> &extensions = m_data.GetExtensions();
-    const int row = int(std::distance(extensions.constBegin(),
-                                      std::as_const(extensions).lowerBound(NewExtensionId())));
-    beginInsertRows(QModelIndex(), row, row);
     // An existing "extension" entry is reused and its pattern written again.
-    extensions[NewExtensionId()].ext = QStringLiteral(".") + NewExtensionId();
-    BumpRowEpoch();
-    endInsertRows();
+    KeyedRows::Insert(*this, KeyedRows::RowOf(extensions, NewExtensionId()), [&extensions] {
+        extensions[NewExtensionId()].ext = QStringLiteral(".") + NewExtensionId();
+    });
     return true;
 }
 
@@ -174,10 +152,7 @@ bool ExtensionsModel::removeRows(int row, int, const QModelIndex &)
     if (it == extensions.constEnd())
         return false;
     const QString id = it.key();
-    beginRemoveRows(QModelIndex(), row, row);
-    m_data.RemoveExtension(id);
-    BumpRowEpoch();
-    endRemoveRows();
+    KeyedRows::Remove(*this, row, [this, &id] { m_data.RemoveExtension(id); });
     // Callers must not read the result as a failure: the row is gone.
     return false;
 }

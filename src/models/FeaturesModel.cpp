@@ -1,8 +1,9 @@
 #include "models/FeaturesModel.h"
 
+#include "models/KeyedRows.h"
+#include "models/ModelReset.h"
 #include "models/ModelText.h"
 
-#include <iterator>
 #include <utility>
 
 namespace ProductEditor {
@@ -42,31 +43,18 @@ bool IsShownRole(int role)
     return role == Qt::DisplayRole || role == Qt::ToolTipRole;
 }
 
-template <typename Map>
-int LowerBoundRow(const Map &map, const QString &key)
-{
-    return int(std::distance(map.constBegin(), map.lowerBound(key)));
-}
-
 } // namespace
 
 FeaturesModel::FeaturesModel(VantixJsonData &data, QObject *parent)
     : QAbstractTableModel(parent), m_data(data)
 {
-    m_aboutToReset = connect(&m_data, &VantixJsonData::featuresDataAboutToBeReset, this, [this] {
-        BumpRowEpoch();
-        beginResetModel();
-    });
-    m_reseted = connect(&m_data, &VantixJsonData::featuresDataReseted, this, [this] {
-        BumpRowEpoch();
-        endResetModel();
-    });
+    m_storeResets = FollowStoreResets(*this, m_data);
 }
 
 FeaturesModel::~FeaturesModel()
 {
-    disconnect(m_aboutToReset);
-    disconnect(m_reseted);
+    for (const QMetaObject::Connection &connection : std::as_const(m_storeResets))
+        disconnect(connection);
 }
 
 int FeaturesModel::rowCount(const QModelIndex &parent) const
@@ -126,37 +114,18 @@ QVariant FeaturesModel::data(const QModelIndex &index, int role) const
 
 bool FeaturesModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
-    if (!index.isValid() || role != Qt::EditRole)
-        return false;
     QMap<QString, VantixFeatureData> &features = m_data.GetFeatures();
-    const auto it = m_cursor.At(features, index.row());
-    if (it == features.constEnd())
+    const std::optional<QString> edited = KeyedRows::EditedKey(m_cursor, std::as_const(features), index, value, role);
+    if (!edited)
         return false;
-    const QString id = it.key();
+    const QString id = *edited;
     const QString text = value.toString();
-    // Kept for every column: a text equal to the row's own id is refused.
-    if (text == id)
-        return false;
 
     switch (index.column()) {
-    case IdColumn: {
-        if (features.contains(text)) {
-            ShowIdExistsToolTip();
+    case IdColumn:
+        if (!KeyedRows::RenameToFreeKey(*this, features, index.row(), id, text))
             return false;
-        }
-        const VantixFeatureData record = it.value();
-        // A rename is a remove and an insert so views keep their selection model consistent.
-        beginRemoveRows(QModelIndex(), index.row(), index.row());
-        features.remove(id);
-        BumpRowEpoch();
-        endRemoveRows();
-        const int newRow = LowerBoundRow(std::as_const(features), text);
-        beginInsertRows(QModelIndex(), newRow, newRow);
-        features.insert(text, record);
-        BumpRowEpoch();
-        endInsertRows();
         break;
-    }
     case TitleColumn:
         features[id].title = text;
         break;
@@ -191,13 +160,11 @@ QVariant FeaturesModel::headerData(int section, Qt::Orientation orientation, int
 bool FeaturesModel::insertRows(int, int, const QModelIndex &)
 {
     QMap<QString, VantixFeatureData> &features = m_data.GetFeatures();
-    const int row = LowerBoundRow(std::as_const(features), NewFeatureId());
     // An existing "New_Feature" is kept as it is, yet the insertion is still announced.
-    beginInsertRows(QModelIndex(), row, row);
-    if (!features.contains(NewFeatureId()))
-        features.insert(NewFeatureId(), VantixFeatureData());
-    BumpRowEpoch();
-    endInsertRows();
+    KeyedRows::Insert(*this, KeyedRows::RowOf(features, NewFeatureId()), [&features] {
+        if (!features.contains(NewFeatureId()))
+            features.insert(NewFeatureId(), VantixFeatureData());
+    });
     return true;
 }
 
@@ -208,10 +175,7 @@ bool FeaturesModel::removeRows(int row, int, const QModelIndex &)
     if (it == features.constEnd())
         return false;
     const QString id = it.key();
-    beginRemoveRows(QModelIndex(), row, row);
-    features.remove(id);
-    BumpRowEpoch();
-    endRemoveRows();
+    KeyedRows::Remove(*this, row, [&features, &id] { features.remove(id); });
     // Callers must not read the result as a failure: the row is gone.
     return false;
 }

@@ -5,6 +5,7 @@
 #include "store/VantixJsonData.h"
 
 #include <QAbstractTableModel>
+#include <QVector>
 
 namespace ProductEditor {
 
@@ -44,8 +45,7 @@ public:
 private:
     VantixJsonData &m_data; // not owned
     mutable MapRowCursor<QString, VantixFeatureData> m_cursor;
-    QMetaObject::Connection m_aboutToReset;
-    QMetaObject::Connection m_reseted;
+    QVector<QMetaObject::Connection> m_storeResets;
 };
 
 } // namespace ProductEditor

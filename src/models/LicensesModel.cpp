@@ -1,18 +1,13 @@
 #include "models/LicensesModel.h"
 
+#include "models/ModelReset.h"
+
 namespace ProductEditor {
 
 LicensesModel::LicensesModel(VantixJsonData &data, QObject *parent)
     : QAbstractTableModel(parent), m_data(data)
 {
-    connect(&m_data, &VantixJsonData::featuresDataAboutToBeReset, this, [this] {
-        BumpRowEpoch();
-        beginResetModel();
-    });
-    connect(&m_data, &VantixJsonData::featuresDataReseted, this, [this] {
-        BumpRowEpoch();
-        endResetModel();
-    });
+    FollowStoreResets(*this, m_data);
 }
 
 LicensesModel::~LicensesModel() = default;

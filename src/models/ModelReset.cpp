@@ -1,6 +1,7 @@
 #include "models/ModelReset.h"
 
 #include "models/RowCursor.h"
+#include "store/VantixJsonData.h"
 
 #include <QAbstractItemModel>
 #include <QAbstractProxyModel>
@@ -39,6 +40,20 @@ QVector<QAbstractItemModel *> SourceModels(const QVector<QAbstractItemModel *> &
             sources << model;
     }
     return sources;
+}
+
+QVector<QMetaObject::Connection> FollowStoreResets(QAbstractItemModel &model, VantixJsonData &data)
+{
+    QAbstractItemModel *target = &model;
+    return {QObject::connect(&data, &VantixJsonData::featuresDataAboutToBeReset, target,
+                             [target] {
+                                 BumpRowEpoch();
+                                 (target->*(&ResetAccess::beginResetModel))();
+                             }),
+            QObject::connect(&data, &VantixJsonData::featuresDataReseted, target, [target] {
+                BumpRowEpoch();
+                (target->*(&ResetAccess::endResetModel))();
+            })};
 }
 
 } // namespace ProductEditor

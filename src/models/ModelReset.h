@@ -2,6 +2,7 @@
 
 #include "ProductEditorExport.h"
 
+#include <QMetaObject>
 #include <QVector>
 
 #include <functional>
@@ -9,6 +10,8 @@
 class QAbstractItemModel;
 
 namespace ProductEditor {
+
+class VantixJsonData;
 
 // Runs `change` inside a reset of every model in `models`. For changes that
 // replace the store's records behind the models' backs, where the store's own
@@ -18,5 +21,10 @@ PRODUCT_EDITOR_EXPORT void ResetAround(const QVector<QAbstractItemModel *> &mode
 
 // The models at the bottom of the proxy chains of `shown`, each once: the ones to reset.
 PRODUCT_EDITOR_EXPORT QVector<QAbstractItemModel *> SourceModels(const QVector<QAbstractItemModel *> &shown);
+
+// Resets `model` around every rebuild the store announces of its feature-side records,
+// bumping the row epoch at both ends; the two connections, to drop them early.
+PRODUCT_EDITOR_EXPORT QVector<QMetaObject::Connection> FollowStoreResets(QAbstractItemModel &model,
+                                                                         VantixJsonData &data);
 
 } // namespace ProductEditor
