@@ -3,6 +3,7 @@
 #include "git/GitRepository.h"
 #include "git/MergeDriverSetup.h"
 #include "output/ProgramMessage.h"
+#include "store/DefinitionFolder.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -32,7 +33,7 @@ int RunGitSetup(const QStringList &args, const Reader &)
         return ExitError;
     const QStringList lines = MergeDriverSetup::AttributeLines(*files);
     if (lines.isEmpty()) {
-        Out() << repository->topLevel() << ": no definition folder (products/products.json) found\n";
+        Out() << repository->topLevel() << ": no definition folder (" << DefinitionFolder::ProductsRelativePath() << ") found\n";
         return ExitOk;
     }
     return setup.AddAttributes(lines) ? ExitOk : ExitError;

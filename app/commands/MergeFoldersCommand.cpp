@@ -6,6 +6,7 @@
 #include "output/ProgramMessage.h"
 
 #include "store/CanonicalDocument.h"
+#include "store/DefinitionFolder.h"
 #include "store/FolderTransaction.h"
 
 #include <QDir>
@@ -18,8 +19,6 @@ using namespace ProductEditor;
 
 namespace {
 
-const QString kProducts = QStringLiteral("products/products.json");
-
 // The definition files of `folder` by relative path: products.json and every file
 // directly in layouts, as a load reads them.
 std::optional<QMap<QString, QByteArray>> ReadDefinitionFiles(const QString &folder, QString *error)
@@ -29,12 +28,12 @@ std::optional<QMap<QString, QByteArray>> ReadDefinitionFiles(const QString &fold
         *error = QStringLiteral("%1: not a folder").arg(folder);
         return std::nullopt;
     }
+    const DefinitionFolder layout(folder);
     QStringList paths;
-    if (QFileInfo::exists(dir.filePath(kProducts)))
-        paths << kProducts;
-    const QDir layouts(dir.filePath(QStringLiteral("layouts")));
-    for (const QString &name : layouts.entryList(QDir::Files | QDir::Hidden, QDir::Name))
-        paths << QStringLiteral("layouts/") + name;
+    if (QFileInfo::exists(layout.ProductsFile()))
+        paths << DefinitionFolder::ProductsRelativePath();
+    for (const QString &name : QDir(layout.LayoutsFolder()).entryList(QDir::Files | QDir::Hidden, QDir::Name))
+        paths << DefinitionFolder::LayoutRelativePath(name);
     QMap<QString, QByteArray> files;
     for (const QString &path : paths)
         if (!ReadMergeInput(dir.filePath(path), &files[path], error))
@@ -144,9 +143,9 @@ int RunMergeFolders(const QStringList &args, const Reader &)
     }
     paths.sort();
     paths.removeDuplicates();
-    if (!merge.sides[1].contains(kProducts) && !merge.sides[2].contains(kProducts))
-        return ProgramMessage::Fail(QStringLiteral("%1, %2: no products/products.json")
-                                .arg(merge.folders.at(1), merge.folders.at(2)));
+    const QString products = DefinitionFolder::ProductsRelativePath();
+    if (!merge.sides[1].contains(products) && !merge.sides[2].contains(products))
+        return ProgramMessage::Fail(QStringLiteral("%1, %2: no %3").arg(merge.folders.at(1), merge.folders.at(2), products));
 
     const QDir out(parser.value(QStringLiteral("out")));
     for (const QString &path : paths)

@@ -2,6 +2,7 @@
 #include "commands/CommandLine.h"
 #include "host/FileAccess.h"
 #include "output/ProgramMessage.h"
+#include "store/DefinitionFolder.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -12,11 +13,11 @@ namespace {
 
 // The files a save into `target` would write, for a target whose folders do
 // not exist yet (every one of them would be new).
-QStringList FilesASaveWrites(const VantixJsonData &store, const QDir &target)
+QStringList FilesASaveWrites(const VantixJsonData &store, const DefinitionFolder &target)
 {
-    QStringList files{target.filePath(QStringLiteral("products/products.json"))};
+    QStringList files{target.ProductsFile()};
     for (auto it = store.GetLayoutFiles().cbegin(); it != store.GetLayoutFiles().cend(); ++it)
-        files << target.filePath(QStringLiteral("layouts/") + QFileInfo(it.key()).fileName());
+        files << target.LayoutFile(it.key());
     files.removeDuplicates();
     return files;
 }
@@ -39,15 +40,14 @@ Writer SkipUnchanged(Writer write, QStringList *written, QStringList *unchanged)
 
 int CheckOnly(VantixJsonData &store, FileAccess &access, const QString &target)
 {
-    const QDir dir(target);
+    const DefinitionFolder folder(target);
     QStringList changed;
-    if (QFileInfo(dir.filePath(QStringLiteral("products"))).isDir()
-        && QFileInfo(dir.filePath(QStringLiteral("layouts"))).isDir()) {
+    if (folder.HasSubFolders()) {
         // The comparing writer only reads; no folder needs creating here.
         store.SaveAs(target);
         changed = access.changedFiles();
     } else {
-        changed = FilesASaveWrites(store, dir);
+        changed = FilesASaveWrites(store, folder);
     }
     for (const QString &path : changed)
         Out() << path << "\n";

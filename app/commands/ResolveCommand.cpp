@@ -4,9 +4,9 @@
 #include "git/GitRepository.h"
 #include "host/FileAccess.h"
 #include "output/ProgramMessage.h"
+#include "store/DefinitionFolder.h"
 
 #include <QDir>
-#include <QFileInfo>
 
 #include <climits>
 
@@ -15,15 +15,6 @@ using namespace ProductEditor;
 namespace {
 
 enum class Outcome { Merged, Conflicted, Failed };
-
-// The files git-setup routes to the driver: products/products.json and the layout files.
-bool IsDefinitionFile(const QString &path)
-{
-    const QFileInfo info(path);
-    const QString folder = QFileInfo(info.path()).fileName();
-    return folder == QLatin1String("layouts")
-        || (folder == QLatin1String("products") && info.fileName() == QLatin1String("products.json"));
-}
 
 Outcome Resolve(const GitRepository &repository, const GitRepository::Unmerged &file)
 {
@@ -85,7 +76,7 @@ int RunResolve(const QStringList &args, const Reader &)
     int conflicted = 0;
     int failed = 0;
     for (const GitRepository::Unmerged &file : *unmerged) {
-        if (!IsDefinitionFile(file.path))
+        if (!DefinitionFolder::IsDocumentPath(file.path))
             continue;
         const Outcome outcome = Resolve(*repository, file);
         if (outcome == Outcome::Merged)

@@ -4,10 +4,13 @@
 #include "host/FileAccess.h"
 #include "output/Console.h"
 #include "output/ProgramMessage.h"
+#include "store/DefinitionFolder.h"
 
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+
+using ProductEditor::DefinitionFolder;
 
 namespace {
 
@@ -48,14 +51,14 @@ bool MergeDriverSetup::SetDriver(const QString &program) const
 
 QStringList MergeDriverSetup::AttributeLines(const QStringList &files)
 {
-    const QString products = QStringLiteral("products/products.json");
+    const QString products = DefinitionFolder::ProductsRelativePath();
     QStringList lines;
     for (const QString &file : files) {
         if (file != products && !file.endsWith(QLatin1Char('/') + products))
             continue;
         const QString folder = file.left(file.size() - products.size());
         lines << AttributePattern(folder + products) + QStringLiteral(" merge=") + kDriver
-              << AttributePattern(folder + QStringLiteral("layouts/*")) + QStringLiteral(" merge=") + kDriver;
+              << AttributePattern(folder + DefinitionFolder::LayoutRelativePath(QStringLiteral("*"))) + QStringLiteral(" merge=") + kDriver;
     }
     lines.sort();
     return lines;

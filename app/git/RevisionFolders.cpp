@@ -2,9 +2,12 @@
 
 #include "git/GitRepository.h"
 #include "host/FileAccess.h"
+#include "store/DefinitionFolder.h"
 
 #include <QDir>
 #include <QFileInfo>
+
+using ProductEditor::DefinitionFolder;
 
 bool RevisionFolders::Prepare(const QString &folder, const QString &from, const QString &to, QString *error)
 {
@@ -35,13 +38,15 @@ bool RevisionFolders::Export(const GitRepository &repository, const QString &rev
                              const QString &target, QString *error)
 {
     const QString prefix = folder.isEmpty() ? QString() : folder + QLatin1Char('/');
-    for (const QString &sub : {QStringLiteral("products"), QStringLiteral("layouts")}) {
+    const QString products = DefinitionFolder::ProductsFolderName();
+    for (const QString &sub : {products, DefinitionFolder::LayoutsFolderName()}) {
         const auto files = repository.FilesAt(revision, prefix + sub, error);
         if (!files)
             return false;
-        if (sub == QLatin1String("products") && !files->contains(QStringLiteral("products.json"))) {
-            *error = QStringLiteral("%1: no products/products.json at %2")
-                         .arg(folder.isEmpty() ? QStringLiteral(".") : folder, revision);
+        if (sub == products && !files->contains(DefinitionFolder::ProductsFileName())) {
+            *error = QStringLiteral("%1: no %2 at %3")
+                         .arg(folder.isEmpty() ? QStringLiteral(".") : folder,
+                              DefinitionFolder::ProductsRelativePath(), revision);
             return false;
         }
         const QDir dir(QDir(target).filePath(sub));
@@ -50,7 +55,7 @@ bool RevisionFolders::Export(const GitRepository &repository, const QString &rev
             return false;
         }
         for (auto it = files->cbegin(); it != files->cend(); ++it) {
-            if (sub == QLatin1String("products") && it.key() != QLatin1String("products.json"))
+            if (sub == products && it.key() != DefinitionFolder::ProductsFileName())
                 continue;
             const auto blob = repository.Blob(it.value(), error);
             if (!blob)

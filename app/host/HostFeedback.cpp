@@ -4,6 +4,7 @@
 #include "output/Console.h"
 #include "output/LoadMessages.h"
 #include "output/ProgramMessage.h"
+#include "store/DefinitionFolder.h"
 
 #include "check/SaveLosses.h"
 #include "models/ProblemsModel.h"
@@ -30,17 +31,6 @@ QString Native(const QString &path)
     return QDir::toNativeSeparators(path);
 }
 
-// The definition folder of a file the store reads or writes: FOLDER/products/products.json,
-// FOLDER/layouts/x.json, or FOLDER/products.json for a folder without sub-folders.
-QString FolderOf(const QString &file)
-{
-    const QDir dir = QFileInfo(file).absoluteDir();
-    const QString name = dir.dirName();
-    if (name == QLatin1String("products") || name == QLatin1String("layouts"))
-        return QFileInfo(dir.absolutePath()).absolutePath();
-    return dir.absolutePath();
-}
-
 } // namespace
 
 template<typename Handler>
@@ -57,7 +47,7 @@ Reader HostFeedback::reader()
             m_firstRead = path;
             // Load and Reload see the folder as its last save left it, finished or undone.
             FolderOpener opener(FileAccess::ReadFile, QString());
-            const bool recovered = opener.Recover(FolderOf(path));
+            const bool recovered = opener.Recover(DefinitionFolder::Containing(path));
             ProgramMessage::Print(opener.Messages());
             m_recoveryRefusal = recovered ? QString() : opener.Messages().last();
             if (!recovered)
@@ -71,7 +61,7 @@ Writer HostFeedback::writer()
 {
     return [this, write = m_access.writer()](const QString &path, const QByteArray &bytes) {
         if (m_saved.isEmpty())
-            m_access.BeginSave(FolderOf(path));
+            m_access.BeginSave(DefinitionFolder::Containing(path));
         m_saved << path;
         if (QFileInfo(path).isFile() && FileAccess::ReadFile(path) == bytes) {
             ++m_unchanged;
@@ -140,7 +130,7 @@ void HostFeedback::_ReportSave()
 {
     if (m_saved.isEmpty())
         return; // the folder dialog was cancelled
-    const QString folder = Native(FolderOf(m_saved.first()));
+    const QString folder = Native(DefinitionFolder::Containing(m_saved.first()));
     if (!m_access.FinishSave() && m_failed == 0) {
         // Every file was written aside, but they could not all be put in place.
         m_failed = m_saved.size() - m_unchanged;
@@ -170,7 +160,7 @@ void HostFeedback::_ReportLoad()
 {
     if (m_firstRead.isEmpty())
         return; // nothing was loaded: a dialog was cancelled
-    const QString folder = Native(FolderOf(m_firstRead));
+    const QString folder = Native(DefinitionFolder::Containing(m_firstRead));
     m_firstRead.clear();
     const std::optional<LoadProblem> &refusal = m_store->GetLoadReport().refusal;
     if (!refusal) {

@@ -47,6 +47,28 @@ QFileInfoList DefinitionFolder::LayoutFiles() const
                                : QFileInfoList();
 }
 
+bool DefinitionFolder::HasSubFolders() const
+{
+    return QFileInfo(ProductsFolder()).isDir() && QFileInfo(LayoutsFolder()).isDir();
+}
+
+QString DefinitionFolder::Containing(const QString &file)
+{
+    const QDir dir = QFileInfo(file).absoluteDir();
+    const QString name = dir.dirName();
+    if (name == ProductsFolderName() || name == LayoutsFolderName())
+        return QFileInfo(dir.absolutePath()).absolutePath();
+    return dir.absolutePath();
+}
+
+bool DefinitionFolder::IsDocumentPath(const QString &path)
+{
+    const QFileInfo info(path);
+    const QString folder = QFileInfo(info.path()).fileName();
+    return folder == LayoutsFolderName()
+        || (folder == ProductsFolderName() && info.fileName() == ProductsFileName());
+}
+
 QString DefinitionFolder::ProductsFolderName()
 {
     return QStringLiteral("products");

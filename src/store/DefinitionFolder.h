@@ -29,6 +29,14 @@ public:
     QString LayoutFile(const QString &fileName) const;
     // The files of the "layouts" sub-folder, hidden ones too, in listing order.
     QFileInfoList LayoutFiles() const;
+    // Both sub-folders exist, so a save creates no folder.
+    bool HasSubFolders() const;
+
+    // The definition folder of a document file a store reads or writes:
+    // FOLDER/products/products.json, FOLDER/layouts/x.json, or FOLDER/products.json.
+    static QString Containing(const QString &file);
+    // `path` names the products document in its sub-folder or a file of a layouts folder.
+    static bool IsDocumentPath(const QString &path);
 
     // The same places relative to the folder, with "/" as a repository names them.
     static QString ProductsFolderName();
