@@ -44,7 +44,7 @@ set(headers include/${PACKAGE})
 foreach(path
         ${lib} ${lib}.1 ${lib}.1.0.0
         ${headers}/ProductEditorExport.h ${headers}/editor/CreateProductEditor.h
-        ${headers}/store/VantixJsonData.h ${headers}/json/QJsonModel.h ${headers}/models/Model.h
+        ${headers}/editor/VantixJSONEditor.h ${headers}/store/VantixJsonData.h
         ${cmakedir}/${PACKAGE}Config.cmake ${cmakedir}/${PACKAGE}ConfigVersion.cmake
         ${cmakedir}/${PACKAGE}Targets.cmake
         bin/${PROGRAM} share/applications/${PROGRAM}.desktop
@@ -53,7 +53,10 @@ foreach(path
         message(FATAL_ERROR "not installed: ${path}")
     endif()
 endforeach()
-foreach(path ${headers}/editor/EditorPrivate.h bin/editor_EditorFormTest bin/StoreBench bin/pe-generate)
+# Pages, models and engines are the library's own business.
+foreach(path ${headers}/editor/EditorPrivate.h ${headers}/editor/FeaturesPage.h ${headers}/models/Model.h
+        ${headers}/json/QJsonModel.h ${headers}/check/FolderChecker.h
+        bin/editor_EditorFormTest bin/StoreBench bin/pe-generate)
     if(EXISTS ${prefix}/${path})
         message(FATAL_ERROR "installed but should not be: ${path}")
     endif()
