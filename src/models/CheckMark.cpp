@@ -16,4 +16,14 @@ QVariant CheckMarkData(bool member, int role)
     return QVariant();
 }
 
+void SetCheckMark(QSet<QString> *set, const QString &name, bool member)
+{
+    if (!set)
+        return;
+    if (member)
+        set->insert(name);
+    else
+        set->remove(name);
+}
+
 } // namespace ProductEditor

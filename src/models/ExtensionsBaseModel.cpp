@@ -89,11 +89,7 @@ bool ExtensionsBaseModel::setData(const QModelIndex &index, const QVariant &valu
         ExtensionAccess *access = EditRowAccess(index);
         if (!access)
             return false;
-        QSet<QString> *set = SetOfColumn(*access, index.column());
-        if (value.toBool())
-            set->insert(m_currentExtension);
-        else
-            set->remove(m_currentExtension);
+        SetCheckMark(SetOfColumn(*access, index.column()), m_currentExtension, value.toBool());
     }
     emit dataChanged(index, index);
     return true;

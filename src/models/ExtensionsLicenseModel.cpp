@@ -94,12 +94,7 @@ bool ExtensionsLicenseModel::setData(const QModelIndex &index, const QVariant &v
         set = &info.importLicenses;
     else if (index.column() == ExportColumn)
         set = &info.exportLicenses;
-    if (set) {
-        if (value.toBool())
-            set->insert(name);
-        else
-            set->remove(name);
-    }
+    SetCheckMark(set, name, value.toBool());
     emit dataChanged(index, index);
     return true;
 }

@@ -2,8 +2,6 @@
 
 #include "models/KeyedRows.h"
 
-#include <utility>
-
 namespace ProductEditor {
 
 namespace {
@@ -99,31 +97,15 @@ QVariant ExtensionsModel::data(const QModelIndex &index, int role) const
 
 bool ExtensionsModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
-    QMap<QString, ExtensionInfo> &extensions = m_data.GetExtensions();
-    const std::optional<QString> edited = KeyedRows::EditedKey(m_cursor, std::as_const(extensions), index, value, role);
-    if (!edited)
-        return false;
-    const QString id = *edited;
-    const QString text = value.toString();
-
-    switch (index.column()) {
-    case IdColumn:
-        if (!KeyedRows::RenameToFreeKey(*this, extensions, index.row(), id, text))
-            return false;
-        break;
-    case TitleColumn:
-        extensions[id].title = text;
-        break;
-    case ExtColumn:
-        extensions[id].ext = text;
-        break;
-    default:
-        if (bool *flag = Flag(extensions[id], index.column()))
-            *flag = value.toBool();
-        break;
-    }
-    emit dataChanged(index, index);
-    return true;
+    return KeyedRows::Edit(*this, m_cursor, m_data.GetExtensions(), IdColumn, index, value, role,
+                           [](ExtensionInfo &info, int column, const QVariant &value) {
+                               if (column == TitleColumn)
+                                   info.title = value.toString();
+                               else if (column == ExtColumn)
+                                   info.ext = value.toString();
+                               else if (bool *flag = Flag(info, column))
+                                   *flag = value.toBool();
+                           });
 }
 
 QVariant ExtensionsModel::headerData(int section, Qt::Orientation orientation, int role) const

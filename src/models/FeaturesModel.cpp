@@ -114,38 +114,29 @@ QVariant FeaturesModel::data(const QModelIndex &index, int role) const
 
 bool FeaturesModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
-    QMap<QString, VantixFeatureData> &features = m_data.GetFeatures();
-    const std::optional<QString> edited = KeyedRows::EditedKey(m_cursor, std::as_const(features), index, value, role);
-    if (!edited)
-        return false;
-    const QString id = *edited;
-    const QString text = value.toString();
-
-    switch (index.column()) {
-    case IdColumn:
-        if (!KeyedRows::RenameToFreeKey(*this, features, index.row(), id, text))
-            return false;
-        break;
-    case TitleColumn:
-        features[id].title = text;
-        break;
-    case TooltipColumn:
-        features[id].tooltip = text;
-        break;
-    case StatustipColumn:
-        features[id].statustip = text;
-        break;
-    case VisibleColumn:
-        features[id].visual = value.toBool();
-        break;
-    case EmergencyColumn:
-        features[id].emergency = value.toBool();
-        break;
-    default:
-        break;
-    }
-    emit dataChanged(index, index);
-    return true;
+    // A text equal to the row's own id is refused for every column.
+    return KeyedRows::Edit(*this, m_cursor, m_data.GetFeatures(), IdColumn, index, value, role,
+                           [](VantixFeatureData &feature, int column, const QVariant &value) {
+                               switch (column) {
+                               case TitleColumn:
+                                   feature.title = value.toString();
+                                   break;
+                               case TooltipColumn:
+                                   feature.tooltip = value.toString();
+                                   break;
+                               case StatustipColumn:
+                                   feature.statustip = value.toString();
+                                   break;
+                               case VisibleColumn:
+                                   feature.visual = value.toBool();
+                                   break;
+                               case EmergencyColumn:
+                                   feature.emergency = value.toBool();
+                                   break;
+                               default:
+                                   break;
+                               }
+                           });
 }
 
 QVariant FeaturesModel::headerData(int section, Qt::Orientation orientation, int role) const

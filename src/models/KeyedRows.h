@@ -12,6 +12,7 @@
 #include <functional>
 #include <iterator>
 #include <optional>
+#include <utility>
 
 class QAbstractItemModel;
 
@@ -68,6 +69,23 @@ std::optional<QString> EditedKey(MapRowCursor<QString, T> &cursor, const QMap<QS
     if (it == map.constEnd() || value.toString() == it.key())
         return std::nullopt;
     return it.key();
+}
+
+// The setData of a keyed table: the key column renames the row's entry (to a free key
+// only), any other column goes to `setField(record, column, value)`; then dataChanged.
+template <typename T, typename SetField>
+bool Edit(QAbstractItemModel &model, MapRowCursor<QString, T> &cursor, QMap<QString, T> &map, int keyColumn,
+          const QModelIndex &index, const QVariant &value, int role, SetField setField)
+{
+    const std::optional<QString> key = EditedKey(cursor, std::as_const(map), index, value, role);
+    if (!key)
+        return false;
+    if (index.column() != keyColumn)
+        setField(map[*key], index.column(), value);
+    else if (!RenameToFreeKey(model, map, index.row(), *key, value.toString()))
+        return false;
+    emit model.dataChanged(index, index);
+    return true;
 }
 
 } // namespace KeyedRows

@@ -83,12 +83,7 @@ bool ProductLayoutsModel::setData(const QModelIndex &index, const QVariant &valu
             return false;
         set = &product->modes;
     }
-    if (set) {
-        if (value.toBool())
-            set->insert(name);
-        else
-            set->remove(name);
-    }
+    SetCheckMark(set, name, value.toBool());
     emit dataChanged(index, index);
     return true;
 }
