@@ -1,7 +1,7 @@
 #include "git/FolderHistory.h"
 
 #include "store/DefaultLicenseCatalogue.h"
-#include "store/DefinitionKeys.h"
+#include "store/DefinitionFolder.h"
 
 #include <QDir>
 #include <QFile>
@@ -73,7 +73,7 @@ std::optional<QVector<FolderHistory::Commit>> FolderHistory::Commits(bool firstP
 std::optional<QMap<QString, QString>> FolderHistory::LayoutFiles(const QString &revision, QString *error)
 {
     const QString prefix = m_folder.isEmpty() ? QString() : m_folder + QLatin1Char('/');
-    const auto tree = m_objects->Info(revision + QLatin1Char(':') + prefix + Keys::kLayouts, error);
+    const auto tree = m_objects->Info(revision + QLatin1Char(':') + prefix + DefinitionFolder::LayoutsFolderName(), error);
     if (!tree || tree->type != QLatin1String("tree"))
         return error->isEmpty() ? std::optional<QMap<QString, QString>>(QMap<QString, QString>()) : std::nullopt;
     const auto known = m_layoutTrees.constFind(tree->id);
@@ -98,7 +98,7 @@ std::optional<FolderHistory::Files> FolderHistory::FilesAt(const QString &revisi
     const QString prefix = m_folder.isEmpty() ? QString() : m_folder + QLatin1Char('/');
     Files files;
     const auto products =
-        m_objects->Info(QStringLiteral("%1:%2%3/%4").arg(revision, prefix, Keys::kProducts, Keys::kProductsJson), error);
+        m_objects->Info(QStringLiteral("%1:%2%3").arg(revision, prefix, DefinitionFolder::ProductsRelativePath()), error);
     if (!error->isEmpty())
         return std::nullopt;
     if (products && products->type == QLatin1String("blob"))
@@ -117,12 +117,12 @@ bool FolderHistory::PlaceFiles(const Files &files, QString *error)
     const QDir root(m_scratch.path());
     for (const QString &name : m_placed) {
         if (!files.layouts.contains(name))
-            QFile::remove(root.filePath(Keys::kLayouts + QLatin1Char('/') + name));
+            QFile::remove(root.filePath(DefinitionFolder::LayoutRelativePath(name)));
     }
     m_placed = files.layouts.keys();
-    QStringList paths{Keys::kProducts + QLatin1Char('/') + Keys::kProductsJson};
+    QStringList paths{DefinitionFolder::ProductsRelativePath()};
     for (const QString &name : m_placed)
-        paths << Keys::kLayouts + QLatin1Char('/') + name;
+        paths << DefinitionFolder::LayoutRelativePath(name);
     for (const QString &path : paths) {
         const QString full = root.filePath(path);
         QDir().mkpath(QFileInfo(full).path());
@@ -147,10 +147,10 @@ std::optional<RecordsSnapshot> FolderHistory::Records(const Files &files, QStrin
             return std::nullopt;
         QHash<QString, QByteArray> blobs;
         const QDir root(m_scratch.path());
-        QMap<QString, QString> wanted{{root.filePath(Keys::kProducts + QLatin1Char('/') + Keys::kProductsJson),
+        QMap<QString, QString> wanted{{root.filePath(DefinitionFolder::ProductsRelativePath()),
                                        files.products}};
         for (auto it = files.layouts.cbegin(); it != files.layouts.cend(); ++it)
-            wanted.insert(root.filePath(Keys::kLayouts + QLatin1Char('/') + it.key()), it.value());
+            wanted.insert(root.filePath(DefinitionFolder::LayoutRelativePath(it.key())), it.value());
         for (auto it = wanted.cbegin(); it != wanted.cend(); ++it) {
             const auto blob = Blob(it.value(), error);
             if (!blob)

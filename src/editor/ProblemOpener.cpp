@@ -9,6 +9,7 @@
 #include "models/Model.h"
 #include "models/ProductLayoutsModel.h"
 #include "models/ProductsModel.h"
+#include "store/DefinitionFolder.h"
 #include "ui_VantixJSONEditor.h"
 
 #include <QDir>
@@ -50,7 +51,7 @@ void ProblemOpener::Open(const Diagnostic &diagnostic)
 void ProblemOpener::_OpenFile(const Diagnostic &diagnostic)
 {
     const VantixJsonData &store = m_model.GetData();
-    if (QFileInfo(diagnostic.file).dir() != QDir(store.GetFolder().filePath(QStringLiteral("layouts")))) {
+    if (QFileInfo(diagnostic.file).dir() != QDir(DefinitionFolder(store.GetFolder().path()).LayoutsFolder())) {
         m_ui.mp_widget_tab->setCurrentIndex(TabIndex::Result);
         return;
     }
