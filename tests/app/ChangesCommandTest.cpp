@@ -1,4 +1,5 @@
 // The changes command on real git repositories: a branch's edits in product terms.
+#include "GitSandbox.h"
 #include "TestHelpers.h"
 
 #include <QTemporaryDir>
@@ -46,18 +47,10 @@ class ChangesCommandTest : public QObject
 private slots:
     void initTestCase()
     {
-        // Nothing of the user's or the system's git configuration takes part.
         m_dir = std::make_unique<QTemporaryDir>();
-        qputenv("HOME", m_dir->path().toUtf8());
-        qputenv("XDG_CONFIG_HOME", m_dir->path().toUtf8());
-        qputenv("GIT_CONFIG_NOSYSTEM", "1");
-        for (const char *name : {"GIT_DIR", "GIT_WORK_TREE", "GIT_INDEX_FILE", "GIT_CONFIG_GLOBAL"})
-            qunsetenv(name);
+        IsolateGit(m_dir->path());
         m_repo = m_dir->filePath("repo");
-        QDir().mkpath(m_repo);
-        QCOMPARE(Git({"init", "-q", "-b", "main"}).status, 0);
-        Git({"config", "user.name", "Tester"});
-        Git({"config", "user.email", "tester@example.org"});
+        QVERIFY(InitRepository(m_repo));
         Commit(Products("{\"id\":\"open\",\"title\":\"Open\"},{\"id\":\"save\",\"title\":\"Save\"},{\"id\":\"cut\",\"title\":\"Cut\"}",
                         "\"open\",\"save\"", "\"cut\""),
                "{\"layouts\":{\"main\":{\"features\":[\"open\",\"save\"]}}}", "base");

@@ -1,4 +1,5 @@
 // The git commands against real repositories, with the driver pointed at the built program.
+#include "GitSandbox.h"
 #include "TestHelpers.h"
 
 #include <QTemporaryDir>
@@ -31,23 +32,15 @@ class GitMergeTest : public QObject
 private slots:
     void initTestCase()
     {
-        // Nothing of the user's or the system's git configuration takes part.
         m_dir = std::make_unique<QTemporaryDir>();
-        qputenv("HOME", m_dir->path().toUtf8());
-        qputenv("XDG_CONFIG_HOME", m_dir->path().toUtf8());
-        qputenv("GIT_CONFIG_NOSYSTEM", "1");
-        for (const char *name : {"GIT_DIR", "GIT_WORK_TREE", "GIT_INDEX_FILE", "GIT_CONFIG_GLOBAL"})
-            qunsetenv(name);
+        IsolateGit(m_dir->path());
     }
 
     void init()
     {
         m_dir = std::make_unique<QTemporaryDir>();
         m_repo = m_dir->filePath("repo");
-        QDir().mkpath(m_repo);
-        QCOMPARE(Git({"init", "-q", "-b", "main"}).status, 0);
-        Git({"config", "user.name", "Tester"});
-        Git({"config", "user.email", "tester@example.org"});
+        QVERIFY(InitRepository(m_repo));
         Write(m_repo + "/defs/products/products.json", Products(kOpen + "," + kSave, R"("open","save")"));
         Write(m_repo + "/defs/layouts/main.json", Layout(R"("open","save")"));
         QCOMPARE(Program({"normalize", "defs"}).status, 0);

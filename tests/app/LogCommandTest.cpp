@@ -1,4 +1,5 @@
 // `log` on real git repositories: which commits it lists for one entry, across a rename.
+#include "GitSandbox.h"
 #include "TestHelpers.h"
 
 #include <QTemporaryDir>
@@ -60,14 +61,9 @@ private slots:
     void initTestCase()
     {
         m_dir = std::make_unique<QTemporaryDir>();
-        qputenv("HOME", m_dir->path().toUtf8());
-        qputenv("XDG_CONFIG_HOME", m_dir->path().toUtf8());
-        qputenv("GIT_CONFIG_NOSYSTEM", "1");
+        IsolateGit(m_dir->path());
         m_repo = m_dir->filePath("repo");
-        QDir().mkpath(m_repo);
-        QCOMPARE(Git({"init", "-q", "-b", "main"}), 0);
-        Git({"config", "user.name", "Tester"});
-        Git({"config", "user.email", "tester@example.org"});
+        QVERIFY(InitRepository(m_repo));
 
         Definitions defs;
         Commit(defs, "Add features");
