@@ -105,13 +105,21 @@ private:
     bool m_differs = false;
 };
 
-void DiffFeature(RecordDiff &diff, const VantixFeatureData &a, const VantixFeatureData &b)
+// A feature keeps its identity through a new id when its texts and flags stay: what
+// it is offered in may change in the same step. A feature with no title says too
+// little to be recognised that way.
+void DiffFeatureIdentity(RecordDiff &diff, const VantixFeatureData &a, const VantixFeatureData &b)
 {
     diff.Value(Keys::kTitle, a.title, b.title);
     diff.Value(Keys::kTooltip, a.tooltip, b.tooltip);
     diff.Value(Keys::kStatustip, a.statustip, b.statustip);
     diff.Flag(Keys::kVisual, a.visual, b.visual);
     diff.Flag(Keys::kEmergency, a.emergency, b.emergency);
+}
+
+void DiffFeature(RecordDiff &diff, const VantixFeatureData &a, const VantixFeatureData &b)
+{
+    DiffFeatureIdentity(diff, a, b);
     diff.Names(Keys::kProducts, a.productIds, b.productIds);
     diff.Names(Keys::kLayouts, a.layoutNames, b.layoutNames);
 }
@@ -161,18 +169,6 @@ void DiffExtension(RecordDiff &diff, const ExtensionInfo &a, const ExtensionInfo
     diff.Flag(Keys::kMultiplePartsSupport, a.multiple_parts_support, b.multiple_parts_support);
     diff.Names(Keys::kImport, a.importLicenses, b.importLicenses);
     diff.Names(Keys::kExport, a.exportLicenses, b.exportLicenses);
-}
-
-// A feature keeps its identity through a new id when its texts and flags stay: what
-// it is offered in may change in the same step. A feature with no title says too
-// little to be recognised that way.
-void DiffFeatureIdentity(RecordDiff &diff, const VantixFeatureData &a, const VantixFeatureData &b)
-{
-    diff.Value(Keys::kTitle, a.title, b.title);
-    diff.Value(Keys::kTooltip, a.tooltip, b.tooltip);
-    diff.Value(Keys::kStatustip, a.statustip, b.statustip);
-    diff.Flag(Keys::kVisual, a.visual, b.visual);
-    diff.Flag(Keys::kEmergency, a.emergency, b.emergency);
 }
 
 // The records of one kind on both sides, and how two of them compare.
