@@ -156,6 +156,8 @@ void SaveAs(benchmark::State &state)
 struct MemoryFigures
 {
     double documentsKiB = 0;  // RSS growth from holding the parsed documents
+    double documentsLiveKiB = 0; // the allocator's bytes in use for the parsed documents
+    double loadLiveKiB = 0;      // the allocator's bytes in use that stay while the store is loaded
     double loadPeakKiB = 0;   // peak RSS growth while loading
     double loadHeldKiB = 0;   // RSS growth that stays while the store is loaded
     double savePeakKiB = 0;   // peak RSS growth through load, regeneration and save
@@ -173,6 +175,14 @@ long StatusKiB(const char *field)
             return std::stol(line.substr(length + 1));
     }
     return -1;
+}
+
+// Bytes handed out by malloc and not freed, heap and mapped chunks together: what
+// the data holds, without the freed room the heap keeps for later allocations.
+double LiveKiB()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return double(info.uordblks + info.hblkhd) / 1024.0;
 }
 
 bool ResetPeak()
@@ -194,18 +204,22 @@ MemoryFigures MeasureInChild()
         malloc_trim(0);
 
         const long before = StatusKiB("VmRSS");
+        const double liveBefore = LiveKiB();
         {
             const QVector<QJsonObject> documents = ParseAll(files);
             figures.documentsKiB = double(StatusKiB("VmRSS") - before);
+            figures.documentsLiveKiB = LiveKiB() - liveBefore;
         }
         malloc_trim(0);
 
         const long base = StatusKiB("VmRSS");
+        const double liveBase = LiveKiB();
         if (!ResetPeak())
             return figures;
         VantixJsonData store(memory.root(), memory.reader(), memory.writer(), QMap<QString, QString>());
         figures.loadPeakKiB = double(StatusKiB("VmHWM") - base);
         figures.loadHeldKiB = double(StatusKiB("VmRSS") - base);
+        figures.loadLiveKiB = LiveKiB() - liveBase;
         QTemporaryDir target;
         store.UpdateResultJsons();
         store.SaveAs(target.path());
@@ -273,6 +287,9 @@ void PrintSummary(const BestTimeReporter &times, const MemoryFigures &memory)
     std::printf("| measure | MiB | / documents as QJsonObject |\n|---|---:|---:|\n");
     std::printf("| held after Load | %.1f | %.2fx |\n", memory.loadHeldKiB / 1024.0,
                 memory.loadHeldKiB / memory.documentsKiB);
+    std::printf("| in use after Load (allocator) | %.1f | %.2fx of %.1f in use for the documents |\n",
+                memory.loadLiveKiB / 1024.0, memory.loadLiveKiB / memory.documentsLiveKiB,
+                memory.documentsLiveKiB / 1024.0);
     std::printf("| peak during Load | %.1f | %.2fx |\n", memory.loadPeakKiB / 1024.0,
                 memory.loadPeakKiB / memory.documentsKiB);
     std::printf("| peak through Load, UpdateResultJsons, SaveAs | %.1f | %.2fx |\n", memory.savePeakKiB / 1024.0,

@@ -1,5 +1,7 @@
 #include "store/FeatureRecordsBuilder.h"
 
+#include "store/OwnerSets.h"
+
 #include <QCborArray>
 #include <QCborValue>
 
@@ -209,7 +211,7 @@ std::vector<quint32> FeatureRecordsBuilder::idOrder() const
 namespace {
 
 // Owners grouped by the rank of their feature: the owners of rank r are
-// owners[start[r]] up to owners[start[r + 1]], in the order they were named.
+// owners[start[r]] up to owners[start[r + 1]], ascending and once each.
 struct Grouped
 {
     std::vector<quint32> start;
@@ -229,31 +231,21 @@ Grouped GroupByRank(const std::vector<Member> &members, const std::vector<quint3
     grouped.owners.resize(members.size());
     for (const Member &member : members)
         grouped.owners[next[rankOf[member.feature]]++] = member.owner;
+    // A list may name a feature twice, and two products may share an id.
+    quint32 kept = 0;
+    for (size_t r = 0; r + 1 < grouped.start.size(); ++r) {
+        const auto first = grouped.owners.begin() + grouped.start[r];
+        const auto last = grouped.owners.begin() + grouped.start[r + 1];
+        std::sort(first, last);
+        grouped.start[r] = kept;
+        kept = quint32(std::unique_copy(first, last, grouped.owners.begin() + kept) - grouped.owners.begin());
+    }
+    grouped.start.back() = kept;
+    grouped.owners.resize(kept);
     return grouped;
 }
 
 } // namespace
-
-void FeatureRecordsBuilder::fillSets(VantixFeatureData &record, const quint32 *owners, int count,
-                                     const QVector<QString> &names, std::vector<QSet<QString>> &single,
-                                     QSet<QString> VantixFeatureData::*set)
-{
-    if (count == 0)
-        return;
-    // Features named by one owner only share that owner's one-name set.
-    if (std::all_of(owners, owners + count, [owners](quint32 owner) { return owner == owners[0]; })) {
-        QSet<QString> &shared = single[owners[0]];
-        if (shared.isEmpty())
-            shared.insert(names.at(int(owners[0])));
-        record.*set = shared;
-        return;
-    }
-    QSet<QString> &target = record.*set;
-    if (count > 16)
-        target.reserve(count);
-    for (int i = 0; i < count; ++i)
-        target.insert(names.at(int(owners[i])));
-}
 
 void FeatureRecordsBuilder::build(QMap<QString, VantixFeatureData> &features, const QVector<QString> &productNames,
                                   const QVector<QString> &layoutNames)
@@ -269,8 +261,8 @@ void FeatureRecordsBuilder::build(QMap<QString, VantixFeatureData> &features, co
     m_layoutMembers = {};
     m_slots = {};
 
-    std::vector<QSet<QString>> singleProduct(size_t(productNames.size()));
-    std::vector<QSet<QString>> singleLayout(size_t(layoutNames.size()));
+    OwnerSets productSets(productNames, order.size());
+    OwnerSets layoutSets(layoutNames, order.size());
     // In ascending order every node goes in at the end, where the hint puts it.
     for (size_t r = 0; r < order.size(); ++r) {
         // The records were made in document order; ask for them a little ahead.
@@ -281,10 +273,10 @@ void FeatureRecordsBuilder::build(QMap<QString, VantixFeatureData> &features, co
         const quint32 feature = order[r];
         VantixFeatureData &record = features.insert(features.cend(), idOf(feature), VantixFeatureData()).value();
         record = std::move(m_records[feature]);
-        fillSets(record, products.owners.data() + products.start[r], int(products.start[r + 1] - products.start[r]),
-                 productNames, singleProduct, &VantixFeatureData::productIds);
-        fillSets(record, layouts.owners.data() + layouts.start[r], int(layouts.start[r + 1] - layouts.start[r]),
-                 layoutNames, singleLayout, &VantixFeatureData::layoutNames);
+        record.productIds = productSets.setOf(products.owners.data() + products.start[r],
+                                              products.start[r + 1] - products.start[r]);
+        record.layoutNames = layoutSets.setOf(layouts.owners.data() + layouts.start[r],
+                                              layouts.start[r + 1] - layouts.start[r]);
     }
     m_longIds = {};
     m_keys = {};

@@ -65,9 +65,6 @@ private:
     void addMembers(const QCborArray &featureIds, int owner, std::vector<Member> &into);
     void grow(size_t features);
     std::vector<quint32> idOrder() const;
-    static void fillSets(VantixFeatureData &record, const quint32 *owners, int count,
-                         const QVector<QString> &names, std::vector<QSet<QString>> &single,
-                         QSet<QString> VantixFeatureData::*set);
 
     std::vector<Slot> m_slots; // size is a power of two, at most half full
     std::vector<IdKey> m_keys; // by feature index

@@ -164,6 +164,7 @@ private slots:
         QTest::newRow("synthetic, keys and arrays scrambled") << "synthetic";
         QTest::newRow("synthetic, saved in canonical form (already in id order)") << "canonical";
         QTest::newRow("repeated ids among others, in and out of order") << "repeats";
+        QTest::newRow("owners naming the same features, a product id twice") << "owners";
     }
 
     void recordsMatchThePlainReading()
@@ -181,6 +182,12 @@ private slots:
                 {"id": "", "title": "empty"}, {"title": "no id"}, {"id": "d"}, {"id": "d", "tooltip": "D2"}]},
               "products": {"product": [{"id": "p", "features": ["a", "ghost", "b", "a", 3]}]}})");
             folder.addFile("layouts/l.json", R"({"layouts": {"x": {"features": ["ghost", "c", "late"]}}})");
+        } else if (source == "owners") {
+            folder.addFile("products/products.json", R"({"products": {"product": [
+                {"id": "p", "features": ["a", "b", "c"]}, {"id": "q", "features": ["c", "b", "a", "b"]},
+                {"id": "p", "features": ["d", "a"]}, {"id": "r", "features": ["d"]}, {"id": "s", "features": ["e"]}]}})");
+            folder.addFile("layouts/l.json", R"({"layouts": {"x": {"features": ["a", "d"]}, "y": {"features": ["d", "a"]},
+                "z": {"features": ["a"]}}})");
         } else {
             AddFolder(folder, GenerateSyntheticFolder(2000));
         }
