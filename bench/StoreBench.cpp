@@ -22,6 +22,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 #include <fstream>
 #include <map>
 #include <memory>
@@ -102,14 +103,34 @@ void Parse(benchmark::State &state)
     state.SetBytesProcessed(state.iterations() * fixture.bytes);
 }
 
+// CPU time of the whole process, every thread's.
+double ProcessCpuSeconds()
+{
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return double(now.tv_sec) + double(now.tv_nsec) * 1e-9;
+}
+
+// Load's least CPU time per scale, over both of its threads.
+std::map<int, double> &LoadCpuSeconds()
+{
+    static std::map<int, double> best;
+    return best;
+}
+
 void Load(benchmark::State &state)
 {
     Fixture &fixture = FixtureFor<Fixture>(int(state.range(0)));
     for (auto _ : state) {
+        const double cpuBefore = ProcessCpuSeconds();
         auto store = std::make_unique<VantixJsonData>(fixture.memory.root(), fixture.memory.reader(),
                                                       fixture.memory.writer(), QMap<QString, QString>());
         benchmark::DoNotOptimize(store.get());
         state.PauseTiming();
+        const double cpu = ProcessCpuSeconds() - cpuBefore;
+        double &best = LoadCpuSeconds()[int(state.range(0))];
+        if (best == 0 || cpu < best)
+            best = cpu;
         if (store->GetFeatures().isEmpty())
             state.SkipWithError("the synthetic folder did not load");
         store.reset();
@@ -256,17 +277,17 @@ MemoryFigures MeasureMemory()
 
 void PrintSummary(const BestTimeReporter &times, const MemoryFigures &memory)
 {
-    std::printf("\n| features | parse ms | Load ms | Load / parse | toJson ms | UpdateResultJsons ms | SaveAs ms "
+    std::printf("\n| features | parse ms | Load ms | Load / parse | Load CPU, both threads / parse | toJson ms | UpdateResultJsons ms | SaveAs ms "
                 "| UpdateResultJsons / toJson | SaveAs / toJson |\n");
-    std::printf("|---:|---:|---:|---:|---:|---:|---:|---:|---:|\n");
+    std::printf("|---:|---:|---:|---:|---:|---:|---:|---:|---:|---:|\n");
     for (const int scale : kScales) {
         const double parse = times.seconds("Parse", scale);
         const double load = times.seconds("Load", scale);
         const double toJson = times.seconds("ToJson", scale);
         const double update = times.seconds("UpdateResultJsons", scale);
         const double save = times.seconds("SaveAs", scale);
-        std::printf("| %d | %.1f | %.1f | %.2fx | %.1f | %.1f | %.1f | %.2fx | %.2fx |\n", scale, parse * 1e3,
-                    load * 1e3, load / parse, toJson * 1e3, update * 1e3, save * 1e3, update / toJson,
+        std::printf("| %d | %.1f | %.1f | %.2fx | %.2fx | %.1f | %.1f | %.1f | %.2fx | %.2fx |\n", scale, parse * 1e3,
+                    load * 1e3, load / parse, LoadCpuSeconds()[scale] / parse, toJson * 1e3, update * 1e3, save * 1e3, update / toJson,
                     save / toJson);
     }
 
@@ -319,10 +340,12 @@ int main(int argc, char **argv)
         {"UpdateResultJsons", &UpdateResultJsons}, {"SaveAs", &SaveAs}};
     for (const int scale : kScales) {
         for (const auto &operation : operations)
-            benchmark::RegisterBenchmark(operation.first, operation.second)->Arg(scale)->Unit(benchmark::kMillisecond);
+            benchmark::RegisterBenchmark(operation.first, operation.second)->Arg(scale)->Unit(benchmark::kMillisecond)->UseRealTime();
     }
 
-    BestTimeReporter reporter;
+    // Load reads the products document's text on a second thread while it parses it,
+    // so the figures are wall-clock time, on an otherwise idle machine.
+    BestTimeReporter reporter(BestTimeReporter::Clock::Wall);
     if (!RunBenchmarks(argc, argv, reporter))
         return 1;
     PrintSummary(reporter, memory);

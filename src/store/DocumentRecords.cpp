@@ -1,5 +1,9 @@
 #include "store/DocumentRecords.h"
 
+#include "store/ProductsBytesReader.h"
+
+#include <QJsonDocument>
+
 namespace ProductEditor {
 
 RecordsSnapshot DecodeRecords(const QJsonObject &products, const QMap<QString, QJsonObject> &layouts,
@@ -10,6 +14,21 @@ RecordsSnapshot DecodeRecords(const QJsonObject &products, const QMap<QString, Q
     data.GetProductsOriginalJson() = products;
     data.GetLayoutsOriginalJsons() = layouts;
     data.UpdateData();
+    return RecordsSnapshot::Take(data);
+}
+
+std::optional<RecordsSnapshot> DecodeRecordsFromText(const QByteArray &productsText,
+                                                    const QMap<QString, QJsonObject> &layouts,
+                                                    const QMap<QString, QString> &licenses)
+{
+    ProductsParts parts;
+    if (!ReadProductsBytes(productsText, parts))
+        return std::nullopt;
+    VantixJsonData data(QString(), Reader(), Writer(), licenses);
+    data.GetProductsOriginalJson() = QJsonDocument::fromJson(productsText).object();
+    data.GetLayoutsOriginalJsons() = layouts;
+    ApplyProductsParts(std::move(parts), layouts, data.GetFeatures(), data.GetProducts(), data.GetLayouts(),
+                       data.GetExtensions());
     return RecordsSnapshot::Take(data);
 }
 

@@ -1,6 +1,7 @@
 #include "store/FeatureRecordsBuilder.h"
 
 #include "store/OwnerSets.h"
+#include "store/SecondCore.h"
 
 #include <QCborArray>
 #include <QCborValue>
@@ -14,6 +15,8 @@ namespace {
 
 const int kKeyUnits = 16; // code units an IdKey holds
 const size_t kEntryBatch = 32;
+// From this many features the sets are made on a second core.
+const size_t kSetsAside = 4096;
 
 quint64 Mix(quint64 h)
 {
@@ -23,20 +26,29 @@ quint64 Mix(quint64 h)
     return h;
 }
 
-// The id's UTF-16 code units, eight bytes at a time.
-quint64 HashOf(const QString &id)
+ushort UnitAt(const QString &id, int i) { return id.constData()[i].unicode(); }
+ushort UnitAt(QLatin1String id, int i) { return uchar(id.data()[i]); }
+
+// The units a key holds, for ids no longer than that.
+struct KeyUnits
 {
-    const char *bytes = reinterpret_cast<const char *>(id.constData());
-    size_t left = size_t(id.size()) * 2;
-    quint64 h = 0x9e3779b97f4a7c15ULL ^ left;
-    for (; left >= 8; bytes += 8, left -= 8) {
-        quint64 word;
-        std::memcpy(&word, bytes, 8);
-        h = Mix(h ^ word) * 0xc4ceb9fe1a85ec53ULL;
-    }
-    if (left) {
+    const quint64 *prefix;
+    quint32 length;
+    int size() const { return int(length); }
+};
+ushort UnitAt(const KeyUnits &id, int i) { return ushort(id.prefix[i / 4] >> (48 - 16 * (i % 4))); }
+
+// The id's UTF-16 code units, four to a word, however the id came: an id from the
+// text and the same id as a string hash alike.
+template<typename Id>
+quint64 HashOf(const Id &id)
+{
+    const int size = int(id.size());
+    quint64 h = 0x9e3779b97f4a7c15ULL ^ quint64(size * 2);
+    for (int i = 0; i < size; i += 4) {
         quint64 word = 0;
-        std::memcpy(&word, bytes, left);
+        for (int k = 0; k < 4 && i + k < size; ++k)
+            word |= quint64(UnitAt(id, i + k)) << (16 * k);
         h = Mix(h ^ word) * 0xc4ceb9fe1a85ec53ULL;
     }
     return Mix(h);
@@ -63,13 +75,13 @@ FeatureRecordsBuilder::FeatureRecordsBuilder(int expectedFeatures)
     m_records.reserve(expected);
 }
 
-FeatureRecordsBuilder::IdKey FeatureRecordsBuilder::KeyOf(const QString &id)
+template<typename Id>
+FeatureRecordsBuilder::IdKey FeatureRecordsBuilder::KeyOf(const Id &id)
 {
     IdKey key{{0, 0, 0, 0}, quint32(id.size()), 0};
-    const QChar *units = id.constData();
-    const int length = int(std::min<qsizetype>(id.size(), kKeyUnits));
+    const int length = std::min(int(id.size()), kKeyUnits);
     for (int i = 0; i < length; ++i)
-        key.prefix[i / 4] |= quint64(units[i].unicode()) << (48 - 16 * (i % 4));
+        key.prefix[i / 4] |= quint64(UnitAt(id, i)) << (48 - 16 * (i % 4));
     return key;
 }
 
@@ -100,7 +112,10 @@ void FeatureRecordsBuilder::grow(size_t features)
     for (const Slot &slot : old) {
         if (!slot.feature)
             continue;
-        size_t i = HashOf(idOf(slot.feature - 1)) & mask;
+        const IdKey &key = m_keys[slot.feature - 1];
+        const quint64 hash = key.length > quint32(kKeyUnits) ? HashOf(m_longIds[slot.feature - 1])
+                                                             : HashOf(KeyUnits{key.prefix, key.length});
+        size_t i = hash & mask;
         while (m_slots[i].feature)
             i = (i + 1) & mask;
         m_slots[i] = slot;
@@ -109,17 +124,17 @@ void FeatureRecordsBuilder::grow(size_t features)
 
 // The table and the keys are small and flat: a lookup reads a slot and a key, and
 // the id's characters only when it is longer than a key holds.
-quint32 FeatureRecordsBuilder::featureFor(const QString &id, quint64 hash)
+template<typename Id>
+quint32 FeatureRecordsBuilder::featureFor(const IdKey &key, quint64 hash, const Id &id)
 {
     grow(m_keys.size() + 1);
     const quint32 check = quint32(hash >> 32);
-    const IdKey key = KeyOf(id);
     const bool isLong = key.length > quint32(kKeyUnits);
     const size_t mask = m_slots.size() - 1;
     for (size_t i = hash & mask;; i = (i + 1) & mask) {
         Slot &slot = m_slots[i];
         if (!slot.feature) {
-            m_longIds.push_back(isLong ? id : QString());
+            m_longIds.push_back(isLong ? QString(id) : QString());
             m_keys.push_back(key);
             m_records.emplace_back();
             slot = Slot{check, quint32(m_keys.size())};
@@ -134,20 +149,26 @@ quint32 FeatureRecordsBuilder::featureFor(const QString &id, quint64 hash)
     }
 }
 
-void FeatureRecordsBuilder::addEntry(QString id, VantixFeatureData &&data)
+template<typename Id>
+void FeatureRecordsBuilder::addPending(const Id &id, VantixFeatureData &&data)
 {
     const quint64 hash = HashOf(id);
     Prefetch(&m_slots[hash & (m_slots.size() - 1)]);
-    m_pending.push_back(Pending{std::move(id), hash, std::move(data)});
+    const IdKey key = KeyOf(id);
+    m_pending.push_back(Pending{key, hash, key.length > quint32(kKeyUnits) ? QString(id) : QString(), std::move(data)});
     if (m_pending.size() == kEntryBatch)
         flushEntries();
 }
+
+void FeatureRecordsBuilder::addEntry(const QString &id, VantixFeatureData &&data) { addPending(id, std::move(data)); }
+
+void FeatureRecordsBuilder::addEntry(QLatin1String id, VantixFeatureData &&data) { addPending(id, std::move(data)); }
 
 // Entries wait in small batches, so their slots are asked for before they are needed.
 void FeatureRecordsBuilder::flushEntries()
 {
     for (Pending &entry : m_pending)
-        m_records[featureFor(entry.id, entry.hash)] = std::move(entry.data);
+        m_records[featureFor(entry.key, entry.hash, entry.longId)] = std::move(entry.data);
     m_pending.clear();
 }
 
@@ -161,18 +182,33 @@ void FeatureRecordsBuilder::addLayoutMembers(const QCborArray &featureIds, int o
     addMembers(featureIds, owner, m_layoutMembers);
 }
 
-// One owner's list at a time: every name's slot is asked for first and each
-// candidate's key next, so the lookups wait for memory together instead of in turn.
 void FeatureRecordsBuilder::addMembers(const QCborArray &featureIds, int owner, std::vector<Member> &into)
 {
-    flushEntries();
     m_names.clear();
-    m_hashes.clear();
-    for (const QCborValue &featureId : featureIds) {
+    for (const QCborValue &featureId : featureIds)
         m_names.push_back(featureId.toString());
-        m_hashes.push_back(HashOf(m_names.back()));
+    lookUpNames(m_names, owner, into);
+}
+
+void FeatureRecordsBuilder::addProductMembers(std::vector<QLatin1String> &featureIds, int owner)
+{
+    lookUpNames(featureIds, owner, m_productMembers);
+    featureIds.clear();
+}
+
+// One owner's list at a time: every name's slot is asked for first and each
+// candidate's key next, so the lookups wait for memory together instead of in turn.
+template<typename Id>
+void FeatureRecordsBuilder::lookUpNames(const std::vector<Id> &names, int owner, std::vector<Member> &into)
+{
+    flushEntries();
+    m_hashes.clear();
+    m_nameKeys.clear();
+    for (const Id &name : names) {
+        m_hashes.push_back(HashOf(name));
+        m_nameKeys.push_back(KeyOf(name));
     }
-    grow(m_keys.size() + m_names.size());
+    grow(m_keys.size() + names.size());
     const size_t mask = m_slots.size() - 1;
     for (const quint64 hash : m_hashes)
         Prefetch(&m_slots[hash & mask]);
@@ -181,8 +217,8 @@ void FeatureRecordsBuilder::addMembers(const QCborArray &featureIds, int owner, 
         if (slot.feature)
             Prefetch(&m_keys[slot.feature - 1]);
     }
-    for (size_t i = 0; i < m_names.size(); ++i)
-        into.push_back(Member{featureFor(m_names[i], m_hashes[i]), quint32(owner)});
+    for (size_t i = 0; i < names.size(); ++i)
+        into.push_back(Member{featureFor(m_nameKeys[i], m_hashes[i], names[i]), quint32(owner)});
 }
 
 std::vector<quint32> FeatureRecordsBuilder::idOrder() const
@@ -245,6 +281,13 @@ Grouped GroupByRank(const std::vector<Member> &members, const std::vector<quint3
     return grouped;
 }
 
+void FillSets(const Grouped &grouped, const QVector<QString> &names, std::vector<QSet<QString>> &sets)
+{
+    OwnerSets shared(names, sets.size());
+    for (size_t r = 0; r < sets.size(); ++r)
+        sets[r] = shared.setOf(grouped.owners.data() + grouped.start[r], grouped.start[r + 1] - grouped.start[r]);
+}
+
 } // namespace
 
 void FeatureRecordsBuilder::build(QMap<QString, VantixFeatureData> &features, const QVector<QString> &productNames,
@@ -261,8 +304,15 @@ void FeatureRecordsBuilder::build(QMap<QString, VantixFeatureData> &features, co
     m_layoutMembers = {};
     m_slots = {};
 
-    OwnerSets productSets(productNames, order.size());
-    OwnerSets layoutSets(layoutNames, order.size());
+    // The sets are made beside the records, by rank, and given to them at the end.
+    std::vector<QSet<QString>> productSets(order.size());
+    std::vector<QSet<QString>> layoutSets(order.size());
+    std::future<void> sets = RunAside(
+        [&] {
+            FillSets(products, productNames, productSets);
+            FillSets(layouts, layoutNames, layoutSets);
+        },
+        order.size() >= kSetsAside);
     // In ascending order every node goes in at the end, where the hint puts it.
     for (size_t r = 0; r < order.size(); ++r) {
         // The records were made in document order; ask for them a little ahead.
@@ -271,12 +321,13 @@ void FeatureRecordsBuilder::build(QMap<QString, VantixFeatureData> &features, co
             Prefetch(&m_keys[order[r + 8]]);
         }
         const quint32 feature = order[r];
-        VantixFeatureData &record = features.insert(features.cend(), idOf(feature), VantixFeatureData()).value();
-        record = std::move(m_records[feature]);
-        record.productIds = productSets.setOf(products.owners.data() + products.start[r],
-                                              products.start[r + 1] - products.start[r]);
-        record.layoutNames = layoutSets.setOf(layouts.owners.data() + layouts.start[r],
-                                              layouts.start[r + 1] - layouts.start[r]);
+        features.insert(features.cend(), idOf(feature), VantixFeatureData()).value() = std::move(m_records[feature]);
+    }
+    sets.get();
+    size_t rank = 0;
+    for (auto it = features.begin(); it != features.end(); ++it, ++rank) {
+        it->productIds = std::move(productSets[rank]);
+        it->layoutNames = std::move(layoutSets[rank]);
     }
     m_longIds = {};
     m_keys = {};

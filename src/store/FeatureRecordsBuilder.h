@@ -3,6 +3,7 @@
 #include "store/VantixJsonData.h"
 
 #include <QCborArray>
+#include <QLatin1String>
 #include <QString>
 #include <QVector>
 
@@ -21,12 +22,16 @@ class FeatureRecordsBuilder
 public:
     explicit FeatureRecordsBuilder(int expectedFeatures);
 
-    // A feature entry; a later entry with the same id replaces the earlier one.
-    void addEntry(QString id, VantixFeatureData &&data);
+    // A feature entry; a later entry with the same id replaces the earlier one. The
+    // Latin1 forms take ids straight from a document's text, without a string each.
+    void addEntry(const QString &id, VantixFeatureData &&data);
+    void addEntry(QLatin1String id, VantixFeatureData &&data);
     // `owner` indexes the names later handed to build(); an id that no entry has
     // becomes a feature of its own, as looking it up in the map would make it.
     void addProductMembers(const QCborArray &featureIds, int owner);
     void addLayoutMembers(const QCborArray &featureIds, int owner);
+    // The same for a list already read; `featureIds` is left empty for reuse.
+    void addProductMembers(std::vector<QLatin1String> &featureIds, int owner);
 
     // Fills `features`, which must be empty, and leaves the builder empty.
     void build(QMap<QString, VantixFeatureData> &features, const QVector<QString> &productNames,
@@ -53,16 +58,24 @@ private:
     };
     struct Pending
     {
-        QString id;
+        IdKey key;
         quint64 hash;
+        QString longId; // the id, when the key does not hold all of it
         VantixFeatureData data;
     };
 
-    static IdKey KeyOf(const QString &id);
+    template<typename Id>
+    static IdKey KeyOf(const Id &id);
     QString idOf(quint32 feature) const;
-    quint32 featureFor(const QString &id, quint64 hash);
+    // `id` is read only when the key does not hold all of it.
+    template<typename Id>
+    quint32 featureFor(const IdKey &key, quint64 hash, const Id &id);
+    template<typename Id>
+    void addPending(const Id &id, VantixFeatureData &&data);
     void flushEntries();
     void addMembers(const QCborArray &featureIds, int owner, std::vector<Member> &into);
+    template<typename Id>
+    void lookUpNames(const std::vector<Id> &names, int owner, std::vector<Member> &into);
     void grow(size_t features);
     std::vector<quint32> idOrder() const;
 
@@ -74,6 +87,7 @@ private:
     std::vector<Member> m_productMembers;
     std::vector<Member> m_layoutMembers;
     std::vector<QString> m_names; // one owner's list, while it is looked up
+    std::vector<IdKey> m_nameKeys;
     std::vector<quint64> m_hashes;
 };
 

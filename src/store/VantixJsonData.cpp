@@ -3,12 +3,10 @@
 #include "store/DefinitionFolder.h"
 #include "store/DefinitionKeys.h"
 #include "store/FeatureRecordsBuilder.h"
+#include "store/ProductsBytesReader.h"
+#include "store/ProductsTreeReader.h"
 
-#include <QCborArray>
-#include <QCborMap>
-#include <QCborValue>
 #include <QFileInfo>
-#include <QHash>
 #include <QJsonDocument>
 #include <QJsonValue>
 
@@ -18,37 +16,6 @@ namespace ProductEditor {
 
 using namespace Keys;
 
-namespace {
-
-// The records are read through the CBOR views of the parsed documents, which share
-// their storage: a QJsonValue copies every string and object member it is asked for.
-bool ReadBool(const QCborMap &object, const QString &key, bool fallback)
-{
-    const QCborValue value = object.value(key);
-    return value.isBool() ? value.toBool() : fallback;
-}
-
-// Non-string elements read as the empty name, so they still become members.
-void InsertNames(const QCborValue &array, QSet<QString> &into)
-{
-    const QCborArray names = array.toArray();
-    for (const QCborValue &name : names)
-        into.insert(name.toString());
-}
-
-ExtensionAccess ReadExtensionAccess(const QCborMap &object)
-{
-    ExtensionAccess access;
-    InsertNames(object.value(kImport), access.import);
-    InsertNames(object.value(kImportAsProject), access.import_as_project);
-    InsertNames(object.value(kExport), access.export_);
-    InsertNames(object.value(kExportAsProject), access.export_as_project);
-    InsertNames(object.value(kExportAsScene), access.export_as_scene);
-    InsertNames(object.value(kOpen), access.open);
-    return access;
-}
-
-} // namespace
 
 VantixJsonData::VantixJsonData(const QString &path, Reader reader, Writer writer,
                                const QMap<QString, QString> &licenses)
@@ -89,8 +56,10 @@ bool VantixJsonData::Load(const QString &path)
     const QString productsPath = layout.LoadedProductsFile();
     loadReport = LoadReport();
     LoadProblem problem;
-    const QJsonDocument productsDocument =
-        ParseJsonFile(productsPath, reader ? reader(productsPath) : QByteArray(), &problem);
+    const QByteArray productsBytes = reader ? reader(productsPath) : QByteArray();
+    // The records are read from the text on a second core while this one parses it.
+    std::future<std::optional<ProductsParts>> readAside = ReadProductsBytesAside(productsBytes);
+    const QJsonDocument productsDocument = ParseJsonFile(productsPath, productsBytes, &problem);
     const QJsonObject productsObject = productsDocument.object();
     if (productsObject.isEmpty()) {
         if (problem.message.isEmpty())
@@ -124,7 +93,15 @@ bool VantixJsonData::Load(const QString &path)
     }
     layoutsResult = layoutsOriginal;
 
-    UpdateData();
+    emit featuresDataAboutToBeReset(QPrivateSignal());
+    _Reset();
+    std::optional<ProductsParts> parts = readAside.get();
+    if (!parts) {
+        parts.emplace();
+        ReadProductsTree(productsOriginal, *parts);
+    }
+    _TakeParts(std::move(*parts));
+    emit featuresDataReseted(QPrivateSignal());
     folder = QDir(path);
     loaded = true;
     return true;
@@ -149,85 +126,15 @@ void VantixJsonData::UpdateData()
 {
     emit featuresDataAboutToBeReset(QPrivateSignal());
     _Reset();
-
-    const QCborMap root = QCborMap::fromJsonObject(productsOriginal);
-    const QCborMap extensionsObject = root.value(kExtensions).toMap();
-    const QCborArray extensionEntries = extensionsObject.value(kExtension).toArray();
-    for (const QCborValue &entryValue : extensionEntries) {
-        const QCborMap entry = entryValue.toMap();
-        ExtensionInfo &info = extensions[entry.value(kId).toString()];
-        info.cad_support = ReadBool(entry, kCadSupport, false);
-        info.load_as_part = ReadBool(entry, kLoadAsPart, false);
-        info.ext = entry.value(kExt).toString();
-        info.slices_support = ReadBool(entry, kSlicesSupport, false);
-        info.multiple_parts_support = ReadBool(entry, kMultiplePartsSupport, false);
-        info.title = entry.value(kTitle).toString();
-        info.importLicenses.clear();
-        info.exportLicenses.clear();
-    }
-
-    const QCborMap coverage = extensionsObject.value(kCoverage).toMap();
-    const auto readCoverage = [this](const QCborArray &entries, QSet<QString> ExtensionInfo::*set) {
-        for (const QCborValue &entryValue : entries) {
-            const QCborMap entry = entryValue.toMap();
-            InsertNames(entry.value(kLic), extensions[entry.value(kId).toString()].*set);
-        }
-    };
-    readCoverage(coverage.value(kExport).toArray(), &ExtensionInfo::exportLicenses);
-    readCoverage(coverage.value(kImport).toArray(), &ExtensionInfo::importLicenses);
-
-    const QCborArray featureEntries = root.value(kFeatures).toMap().value(kFeature).toArray();
-    FeatureRecordsBuilder builder(int(featureEntries.size()));
-    for (const QCborValue &entryValue : featureEntries) {
-        const QCborMap entry = entryValue.toMap();
-        VantixFeatureData feature;
-        feature.statustip = entry.value(kStatustip).toString();
-        feature.title = entry.value(kTitle).toString();
-        feature.tooltip = entry.value(kTooltip).toString();
-        feature.visual = ReadBool(entry, kVisual, true);
-        feature.emergency = ReadBool(entry, kEmergency, false);
-        builder.addEntry(entry.value(kId).toString(), std::move(feature));
-    }
-
-    // Products may repeat an id; their sets hold one shared copy of each name.
-    QHash<QString, int> productOwners;
-    QVector<QString> productNames;
-    const QCborArray productEntries = root.value(kProducts).toMap().value(kProduct).toArray();
-    products.products.reserve(int(productEntries.size()));
-    for (const QCborValue &entryValue : productEntries) {
-        const QCborMap entry = entryValue.toMap();
-        ProductData product;
-        product.id = entry.value(kId).toString();
-        product.profile_suffix = entry.value(kProfileSuffix).toString();
-        const QCborMap licensing = entry.value(kLicensing).toMap();
-        product.base = licensing.value(kBase).toString();
-        product.extensions = ReadExtensionAccess(entry.value(kExtensions).toMap());
-        const QCborArray specific = licensing.value(kSpecific).toArray();
-        for (const QCborValue &specificValue : specific) {
-            const QCborMap specificEntry = specificValue.toMap();
-            InsertNames(specificEntry.value(kLicenses), product.specificLicenses[specificEntry.value(kId).toString()]);
-        }
-        int owner = productOwners.value(product.id, -1);
-        if (owner < 0) {
-            owner = productNames.size();
-            productOwners.insert(product.id, owner);
-            productNames.append(product.id);
-        }
-        builder.addProductMembers(entry.value(kFeatures).toArray(), owner);
-        InsertNames(entry.value(kModes), product.modes);
-        products.products.append(std::move(product));
-    }
-
-    QVector<QString> layoutNames;
-    for (auto it = layoutsOriginal.cbegin(); it != layoutsOriginal.cend(); ++it) {
-        const QCborMap layout = QCborMap::fromJsonObject(it.value());
-        layouts[it.key()] = LayoutData{ReadExtensionAccess(layout.value(kExtensions).toMap())};
-        builder.addLayoutMembers(layout.value(kFeatures).toArray(), layoutNames.size());
-        layoutNames.append(it.key());
-    }
-    builder.build(features, productNames, layoutNames);
-
+    ProductsParts parts;
+    ReadProductsTree(productsOriginal, parts);
+    _TakeParts(std::move(parts));
     emit featuresDataReseted(QPrivateSignal());
+}
+
+void VantixJsonData::_TakeParts(ProductsParts &&parts)
+{
+    ApplyProductsParts(std::move(parts), layoutsOriginal, features, products, layouts, extensions);
 }
 
 QMap<QString, VantixFeatureData> &VantixJsonData::GetFeatures() { return features; }

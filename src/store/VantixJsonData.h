@@ -22,6 +22,7 @@ using Reader = std::function<QByteArray(const QString &)>;
 using Writer = std::function<bool(const QString &, const QByteArray &)>;
 
 class VantixJsonData;
+struct ProductsParts;
 // Makes the license catalogue from a store that has just loaded (or failed to).
 using LicenseCatalogueFactory = std::function<QMap<QString, QString>(VantixJsonData &)>;
 
@@ -141,6 +142,7 @@ signals:
 
 private:
     void _Reset();
+    void _TakeParts(ProductsParts &&parts);
     void _GenerateResult();
     ProductData *_FindProduct(const QString &id);
 

@@ -162,6 +162,7 @@ private slots:
         QTest::addColumn<QString>("source");
         QTest::newRow("bundled example") << "example";
         QTest::newRow("synthetic, keys and arrays scrambled") << "synthetic";
+        QTest::newRow("synthetic, large enough to be read from its text beside the parse") << "large";
         QTest::newRow("synthetic, saved in canonical form (already in id order)") << "canonical";
         QTest::newRow("repeated ids among others, in and out of order") << "repeats";
         QTest::newRow("owners naming the same features, a product id twice") << "owners";
@@ -189,7 +190,7 @@ private slots:
             folder.addFile("layouts/l.json", R"({"layouts": {"x": {"features": ["a", "d"]}, "y": {"features": ["d", "a"]},
                 "z": {"features": ["a"]}}})");
         } else {
-            AddFolder(folder, GenerateSyntheticFolder(2000));
+            AddFolder(folder, GenerateSyntheticFolder(source == "large" ? 5000 : 2000));
         }
         if (source == "canonical") {
             VantixJsonData scrambled(folder.root(), folder.reader(), folder.writer(), {});

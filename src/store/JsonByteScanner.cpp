@@ -1,0 +1,211 @@
+#include "store/JsonByteScanner.h"
+
+#include <cstring>
+
+namespace ProductEditor {
+
+namespace {
+
+bool IsSpace(char c) { return c == ' ' || c == '\n' || c == '\r' || c == '\t'; }
+
+bool EndsToken(char c) { return IsSpace(c) || c == ',' || c == '}' || c == ']'; }
+
+} // namespace
+
+JsonByteScanner::JsonByteScanner(const char *begin, const char *end)
+    : m_at(begin)
+    , m_end(end)
+{
+}
+
+char JsonByteScanner::peek()
+{
+    while (m_at < m_end && IsSpace(*m_at))
+        ++m_at;
+    return m_failed || m_at == m_end ? 0 : *m_at;
+}
+
+bool JsonByteScanner::enterObject()
+{
+    if (peek() != '{') {
+        fail();
+        return false;
+    }
+    ++m_at;
+    m_first = true;
+    return true;
+}
+
+bool JsonByteScanner::enterArray()
+{
+    if (peek() != '[') {
+        fail();
+        return false;
+    }
+    ++m_at;
+    m_first = true;
+    return true;
+}
+
+bool JsonByteScanner::nextKey(const char *&key, int &length)
+{
+    char c = peek();
+    if (c == '}') {
+        ++m_at;
+        m_first = false;
+        return false;
+    }
+    if (!m_first) {
+        if (c != ',') {
+            fail();
+            return false;
+        }
+        ++m_at;
+        c = peek();
+    }
+    m_first = false;
+    // A key may hold any character but an escape, which could spell a known key.
+    if (c != '"' || !plainString(key, length, true) || peek() != ':') {
+        fail();
+        return false;
+    }
+    ++m_at;
+    return true;
+}
+
+bool JsonByteScanner::nextElement()
+{
+    char c = peek();
+    if (c == ']') {
+        ++m_at;
+        m_first = false;
+        return false;
+    }
+    if (!m_first) {
+        if (c != ',') {
+            fail();
+            return false;
+        }
+        ++m_at;
+    }
+    m_first = false;
+    if (peek() == 0) {
+        fail();
+        return false;
+    }
+    return true;
+}
+
+bool JsonByteScanner::plainString(const char *&text, int &length, bool anyByte)
+{
+    const char *at = m_at + 1;
+    while (at < m_end) {
+        const unsigned char c = static_cast<unsigned char>(*at);
+        if (c == '"') {
+            text = m_at + 1;
+            length = int(at - text);
+            m_at = at + 1;
+            return true;
+        }
+        if (c == '\\' || c < 0x20 || (c >= 0x80 && !anyByte))
+            return false;
+        ++at;
+    }
+    return false;
+}
+
+void JsonByteScanner::skipString()
+{
+    for (const char *at = m_at + 1; at < m_end; ++at) {
+        if (*at == '\\') {
+            ++at;
+        } else if (*at == '"') {
+            m_at = at + 1;
+            return;
+        }
+    }
+    fail();
+}
+
+// Counting brackets is enough: what the parser accepts has them matched.
+void JsonByteScanner::skipContainer()
+{
+    int depth = 0;
+    while (m_at < m_end) {
+        const char c = *m_at;
+        if (c == '"') {
+            skipString();
+            if (m_failed)
+                return;
+            continue;
+        }
+        ++m_at;
+        if (c == '{' || c == '[') {
+            ++depth;
+        } else if (c == '}' || c == ']') {
+            if (--depth == 0)
+                return;
+        }
+    }
+    fail();
+}
+
+void JsonByteScanner::skipValue()
+{
+    const char c = peek();
+    if (c == '"') {
+        skipString();
+    } else if (c == '{' || c == '[') {
+        skipContainer();
+    } else if (c == 0 || EndsToken(c)) {
+        fail();
+    } else {
+        while (m_at < m_end && !EndsToken(*m_at))
+            ++m_at;
+    }
+}
+
+bool JsonByteScanner::literal(const char *word, int length)
+{
+    if (m_end - m_at < length || std::memcmp(m_at, word, size_t(length)) != 0
+        || (m_end - m_at > length && !EndsToken(m_at[length]))) {
+        fail();
+        return false;
+    }
+    m_at += length;
+    return true;
+}
+
+QLatin1String JsonByteScanner::readName()
+{
+    if (peek() != '"') {
+        skipValue();
+        return QLatin1String();
+    }
+    const char *text = nullptr;
+    int length = 0;
+    if (!plainString(text, length, false)) {
+        fail();
+        return QLatin1String();
+    }
+    return QLatin1String(text, length);
+}
+
+QString JsonByteScanner::readText()
+{
+    const QLatin1String text = readName();
+    return text.data() ? QString(text) : QString();
+}
+
+bool JsonByteScanner::readFlag(bool fallback)
+{
+    const char c = peek();
+    if (c == 't')
+        return literal("true", 4) ? true : fallback;
+    if (c == 'f')
+        return literal("false", 5) ? false : fallback;
+    skipValue();
+    return fallback;
+}
+
+} // namespace ProductEditor
