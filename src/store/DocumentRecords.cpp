@@ -27,8 +27,8 @@ std::optional<RecordsSnapshot> DecodeRecordsFromText(const QByteArray &productsT
     VantixJsonData data(QString(), Reader(), Writer(), licenses);
     data.GetProductsOriginalJson() = QJsonDocument::fromJson(productsText).object();
     data.GetLayoutsOriginalJsons() = layouts;
-    ApplyProductsParts(std::move(parts), layouts, data.GetFeatures(), data.GetProducts(), data.GetLayouts(),
-                       data.GetExtensions());
+    ApplyProductsParts(std::move(parts), ReadLayoutParts(layouts), data.GetFeatures(), data.GetProducts(),
+                       data.GetLayouts(), data.GetExtensions());
     return RecordsSnapshot::Take(data);
 }
 

@@ -7,6 +7,7 @@
 #include <QCborValue>
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 
 namespace ProductEditor {
@@ -15,8 +16,9 @@ namespace {
 
 const int kKeyUnits = 16; // code units an IdKey holds
 const size_t kEntryBatch = 32;
-// From this many features the sets are made on a second core.
+// From this many features the sets are made on a second core too, so many at a time.
 const size_t kSetsAside = 4096;
+const size_t kSetsChunk = 1024;
 
 quint64 Mix(quint64 h)
 {
@@ -177,11 +179,6 @@ void FeatureRecordsBuilder::addProductMembers(const QCborArray &featureIds, int 
     addMembers(featureIds, owner, m_productMembers);
 }
 
-void FeatureRecordsBuilder::addLayoutMembers(const QCborArray &featureIds, int owner)
-{
-    addMembers(featureIds, owner, m_layoutMembers);
-}
-
 void FeatureRecordsBuilder::addMembers(const QCborArray &featureIds, int owner, std::vector<Member> &into)
 {
     m_names.clear();
@@ -193,6 +190,12 @@ void FeatureRecordsBuilder::addMembers(const QCborArray &featureIds, int owner, 
 void FeatureRecordsBuilder::addProductMembers(std::vector<QLatin1String> &featureIds, int owner)
 {
     lookUpNames(featureIds, owner, m_productMembers);
+    featureIds.clear();
+}
+
+void FeatureRecordsBuilder::addLayoutMembers(std::vector<QString> &featureIds, int owner)
+{
+    lookUpNames(featureIds, owner, m_layoutMembers);
     featureIds.clear();
 }
 
@@ -281,12 +284,58 @@ Grouped GroupByRank(const std::vector<Member> &members, const std::vector<quint3
     return grouped;
 }
 
-void FillSets(const Grouped &grouped, const QVector<QString> &names, std::vector<QSet<QString>> &sets)
+// The membership sets of every rank, made in chunks by whichever threads take part;
+// each thread shares sets among the features it makes them for, and keeps its own
+// copies of the names, so that the threads count no references in common.
+class RankedSets
 {
-    OwnerSets shared(names, sets.size());
-    for (size_t r = 0; r < sets.size(); ++r)
-        sets[r] = shared.setOf(grouped.owners.data() + grouped.start[r], grouped.start[r + 1] - grouped.start[r]);
-}
+public:
+    RankedSets(const Grouped &products, const Grouped &layouts, const QVector<QString> &productNames,
+               const QVector<QString> &layoutNames)
+        : products(products.start.size() - 1)
+        , layouts(products.start.size() - 1)
+        , m_products(products)
+        , m_layouts(layouts)
+        , m_productNames(productNames)
+        , m_layoutNames(layoutNames)
+    {
+    }
+
+    void fill()
+    {
+        const QVector<QString> productNames = DeepCopy(m_productNames);
+        const QVector<QString> layoutNames = DeepCopy(m_layoutNames);
+        OwnerSets productShared(productNames, products.size());
+        OwnerSets layoutShared(layoutNames, products.size());
+        for (size_t first; (first = m_next.fetch_add(kSetsChunk)) < products.size();) {
+            for (size_t r = first; r < std::min(first + kSetsChunk, products.size()); ++r) {
+                products[r] = productShared.setOf(m_products.owners.data() + m_products.start[r],
+                                                  m_products.start[r + 1] - m_products.start[r]);
+                layouts[r] = layoutShared.setOf(m_layouts.owners.data() + m_layouts.start[r],
+                                                m_layouts.start[r + 1] - m_layouts.start[r]);
+            }
+        }
+    }
+
+    std::vector<QSet<QString>> products;
+    std::vector<QSet<QString>> layouts;
+
+private:
+    static QVector<QString> DeepCopy(const QVector<QString> &names)
+    {
+        QVector<QString> copies;
+        copies.reserve(names.size());
+        for (const QString &name : names)
+            copies.append(QString(name.constData(), name.size()));
+        return copies;
+    }
+
+    const Grouped &m_products;
+    const Grouped &m_layouts;
+    const QVector<QString> &m_productNames;
+    const QVector<QString> &m_layoutNames;
+    std::atomic<size_t> m_next{0};
+};
 
 } // namespace
 
@@ -305,14 +354,8 @@ void FeatureRecordsBuilder::build(QMap<QString, VantixFeatureData> &features, co
     m_slots = {};
 
     // The sets are made beside the records, by rank, and given to them at the end.
-    std::vector<QSet<QString>> productSets(order.size());
-    std::vector<QSet<QString>> layoutSets(order.size());
-    std::future<void> sets = RunAside(
-        [&] {
-            FillSets(products, productNames, productSets);
-            FillSets(layouts, layoutNames, layoutSets);
-        },
-        order.size() >= kSetsAside);
+    RankedSets sets(products, layouts, productNames, layoutNames);
+    std::future<void> aside = RunAside([&sets] { sets.fill(); }, order.size() >= kSetsAside);
     // In ascending order every node goes in at the end, where the hint puts it.
     for (size_t r = 0; r < order.size(); ++r) {
         // The records were made in document order; ask for them a little ahead.
@@ -323,11 +366,12 @@ void FeatureRecordsBuilder::build(QMap<QString, VantixFeatureData> &features, co
         const quint32 feature = order[r];
         features.insert(features.cend(), idOf(feature), VantixFeatureData()).value() = std::move(m_records[feature]);
     }
-    sets.get();
+    sets.fill();
+    aside.get();
     size_t rank = 0;
     for (auto it = features.begin(); it != features.end(); ++it, ++rank) {
-        it->productIds = std::move(productSets[rank]);
-        it->layoutNames = std::move(layoutSets[rank]);
+        it->productIds = std::move(sets.products[rank]);
+        it->layoutNames = std::move(sets.layouts[rank]);
     }
     m_longIds = {};
     m_keys = {};

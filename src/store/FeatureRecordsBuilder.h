@@ -29,9 +29,9 @@ public:
     // `owner` indexes the names later handed to build(); an id that no entry has
     // becomes a feature of its own, as looking it up in the map would make it.
     void addProductMembers(const QCborArray &featureIds, int owner);
-    void addLayoutMembers(const QCborArray &featureIds, int owner);
-    // The same for a list already read; `featureIds` is left empty for reuse.
+    // The same for lists already read; `featureIds` is left empty for reuse.
     void addProductMembers(std::vector<QLatin1String> &featureIds, int owner);
+    void addLayoutMembers(std::vector<QString> &featureIds, int owner);
 
     // Fills `features`, which must be empty, and leaves the builder empty.
     void build(QMap<QString, VantixFeatureData> &features, const QVector<QString> &productNames,

@@ -8,6 +8,30 @@ namespace {
 
 bool IsSpace(char c) { return c == ' ' || c == '\n' || c == '\r' || c == '\t'; }
 
+const quint64 kOnes = 0x0101010101010101ULL;
+const quint64 kHighs = 0x8080808080808080ULL;
+
+quint64 Load8(const char *at)
+{
+    quint64 word;
+    std::memcpy(&word, at, 8);
+    return word;
+}
+
+// Whether any of the eight bytes of `word` is `c`.
+bool HasByte(quint64 word, unsigned char c)
+{
+    const quint64 x = word ^ (kOnes * c);
+    return ((x - kOnes) & ~x & kHighs) != 0;
+}
+
+// Whether the eight bytes may end or spoil a plain string: a quote, an escape, a
+// control character or a byte outside ASCII. May say so wrongly, never the other way.
+bool MayStop(quint64 word)
+{
+    return HasByte(word, '"') || HasByte(word, '\\') || ((word - kOnes * 0x20) & kHighs) != 0 || (word & kHighs) != 0;
+}
+
 bool EndsToken(char c) { return IsSpace(c) || c == ',' || c == '}' || c == ']'; }
 
 } // namespace
@@ -20,6 +44,9 @@ JsonByteScanner::JsonByteScanner(const char *begin, const char *end)
 
 char JsonByteScanner::peek()
 {
+    // Indentation comes in runs of spaces.
+    while (m_end - m_at >= 8 && Load8(m_at) == kOnes * ' ')
+        m_at += 8;
     while (m_at < m_end && IsSpace(*m_at))
         ++m_at;
     return m_failed || m_at == m_end ? 0 : *m_at;
@@ -99,6 +126,8 @@ bool JsonByteScanner::nextElement()
 bool JsonByteScanner::plainString(const char *&text, int &length, bool anyByte)
 {
     const char *at = m_at + 1;
+    while (m_end - at >= 8 && !MayStop(Load8(at)))
+        at += 8;
     while (at < m_end) {
         const unsigned char c = static_cast<unsigned char>(*at);
         if (c == '"') {
@@ -117,8 +146,13 @@ bool JsonByteScanner::plainString(const char *&text, int &length, bool anyByte)
 void JsonByteScanner::skipString()
 {
     for (const char *at = m_at + 1; at < m_end; ++at) {
+        while (m_end - at >= 8 && !HasByte(Load8(at), '"') && !HasByte(Load8(at), '\\'))
+            at += 8;
+        if (at == m_end)
+            break;
         if (*at == '\\') {
-            ++at;
+            if (++at == m_end)
+                break;
         } else if (*at == '"') {
             m_at = at + 1;
             return;

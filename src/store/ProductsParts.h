@@ -1,6 +1,7 @@
 #pragma once
 
 #include "store/FeatureRecordsBuilder.h"
+#include "store/LayoutParts.h"
 #include "store/VantixJsonData.h"
 
 #include <QHash>
@@ -49,9 +50,8 @@ struct ProductsParts
 
 // Applies the parts to a store's records, which the caller has emptied but for the
 // extensions: an extension entry overwrites a record of its id, as a reload does.
-// The layouts' own lists of features come from `layoutsOriginal`.
-void ApplyProductsParts(ProductsParts &&parts, const QMap<QString, QJsonObject> &layoutsOriginal,
-                        QMap<QString, VantixFeatureData> &features, VantixProducts &products,
-                        QMap<QString, LayoutData> &layouts, QMap<QString, ExtensionInfo> &extensions);
+void ApplyProductsParts(ProductsParts &&parts, LayoutParts &&layoutParts, QMap<QString, VantixFeatureData> &features,
+                        VantixProducts &products, QMap<QString, LayoutData> &layouts,
+                        QMap<QString, ExtensionInfo> &extensions);
 
 } // namespace ProductEditor

@@ -93,6 +93,7 @@ bool VantixJsonData::Load(const QString &path)
     }
     layoutsResult = layoutsOriginal;
 
+    LayoutParts layoutParts = ReadLayoutParts(layoutsOriginal);
     emit featuresDataAboutToBeReset(QPrivateSignal());
     _Reset();
     std::optional<ProductsParts> parts = readAside.get();
@@ -100,7 +101,7 @@ bool VantixJsonData::Load(const QString &path)
         parts.emplace();
         ReadProductsTree(productsOriginal, *parts);
     }
-    _TakeParts(std::move(*parts));
+    _TakeParts(std::move(*parts), std::move(layoutParts));
     emit featuresDataReseted(QPrivateSignal());
     folder = QDir(path);
     loaded = true;
@@ -128,13 +129,13 @@ void VantixJsonData::UpdateData()
     _Reset();
     ProductsParts parts;
     ReadProductsTree(productsOriginal, parts);
-    _TakeParts(std::move(parts));
+    _TakeParts(std::move(parts), ReadLayoutParts(layoutsOriginal));
     emit featuresDataReseted(QPrivateSignal());
 }
 
-void VantixJsonData::_TakeParts(ProductsParts &&parts)
+void VantixJsonData::_TakeParts(ProductsParts &&parts, LayoutParts &&layoutParts)
 {
-    ApplyProductsParts(std::move(parts), layoutsOriginal, features, products, layouts, extensions);
+    ApplyProductsParts(std::move(parts), std::move(layoutParts), features, products, layouts, extensions);
 }
 
 QMap<QString, VantixFeatureData> &VantixJsonData::GetFeatures() { return features; }

@@ -23,6 +23,7 @@ using Writer = std::function<bool(const QString &, const QByteArray &)>;
 
 class VantixJsonData;
 struct ProductsParts;
+struct LayoutParts;
 // Makes the license catalogue from a store that has just loaded (or failed to).
 using LicenseCatalogueFactory = std::function<QMap<QString, QString>(VantixJsonData &)>;
 
@@ -142,7 +143,7 @@ signals:
 
 private:
     void _Reset();
-    void _TakeParts(ProductsParts &&parts);
+    void _TakeParts(ProductsParts &&parts, LayoutParts &&layoutParts);
     void _GenerateResult();
     ProductData *_FindProduct(const QString &id);
 

@@ -63,6 +63,8 @@ private slots:
         QTest::newRow("escape in a wanted string") << WithFeature("\"id\": \"b\", \"title\": \"A \\\"quoted\\\" title\"") << false;
         QTest::newRow("escape spelling a wanted key") << WithFeature("\"\\u0069d\": \"b\"") << false;
         QTest::newRow("non-ASCII in a wanted string") << WithFeature(R"("id": "b", "tooltip": "Größe")") << false;
+        QTest::newRow("non-ASCII late in a long wanted string") << WithFeature(R"("id": "b", "title": "Shows the parts größer")")
+                                                                << false;
         QTest::newRow("a wanted key twice") << WithFeature(R"("id": "b", "title": "one", "title": "two")") << false;
         QTest::newRow("an unknown key twice") << WithFeature(R"("id": "b", "x": 1, "x": 2)") << true;
         QTest::newRow("a section twice") << QByteArray(R"({"features": {"feature": []}, "features": {"feature": [{"id": "a"}]}})")
