@@ -16,7 +16,8 @@ namespace {
 
 const int kKeyUnits = 16; // code units an IdKey holds
 const size_t kEntryBatch = 32;
-// From this many features the sets are made on a second core too, so many at a time.
+// From this many features the sorting, grouping and sets are shared with a second
+// core; the sets are made so many at a time.
 const size_t kSetsAside = 4096;
 const size_t kSetsChunk = 1024;
 
@@ -193,14 +194,25 @@ void FeatureRecordsBuilder::addProductMembers(std::vector<QLatin1String> &featur
     featureIds.clear();
 }
 
-void FeatureRecordsBuilder::addLayoutMembers(std::vector<QString> &featureIds, int owner)
+FeatureRecordsBuilder::PreparedIds FeatureRecordsBuilder::Prepare(std::vector<QString> &&ids)
 {
-    lookUpNames(featureIds, owner, m_layoutMembers);
-    featureIds.clear();
+    PreparedIds prepared;
+    prepared.hashes.reserve(ids.size());
+    prepared.keys.reserve(ids.size());
+    for (const QString &id : ids) {
+        prepared.hashes.push_back(HashOf(id));
+        prepared.keys.push_back(KeyOf(id));
+    }
+    prepared.ids = std::move(ids);
+    return prepared;
 }
 
-// One owner's list at a time: every name's slot is asked for first and each
-// candidate's key next, so the lookups wait for memory together instead of in turn.
+void FeatureRecordsBuilder::addLayoutMembers(const PreparedIds &featureIds, int owner)
+{
+    flushEntries();
+    lookUpPrepared(featureIds.ids, featureIds.hashes, featureIds.keys, owner, m_layoutMembers);
+}
+
 template<typename Id>
 void FeatureRecordsBuilder::lookUpNames(const std::vector<Id> &names, int owner, std::vector<Member> &into)
 {
@@ -211,17 +223,26 @@ void FeatureRecordsBuilder::lookUpNames(const std::vector<Id> &names, int owner,
         m_hashes.push_back(HashOf(name));
         m_nameKeys.push_back(KeyOf(name));
     }
+    lookUpPrepared(names, m_hashes, m_nameKeys, owner, into);
+}
+
+// One owner's list at a time: every name's slot is asked for first and each
+// candidate's key next, so the lookups wait for memory together instead of in turn.
+template<typename Id>
+void FeatureRecordsBuilder::lookUpPrepared(const std::vector<Id> &names, const std::vector<quint64> &hashes,
+                                           const std::vector<IdKey> &keys, int owner, std::vector<Member> &into)
+{
     grow(m_keys.size() + names.size());
     const size_t mask = m_slots.size() - 1;
-    for (const quint64 hash : m_hashes)
+    for (const quint64 hash : hashes)
         Prefetch(&m_slots[hash & mask]);
-    for (const quint64 hash : m_hashes) {
+    for (const quint64 hash : hashes) {
         const Slot &slot = m_slots[hash & mask];
         if (slot.feature)
             Prefetch(&m_keys[slot.feature - 1]);
     }
     for (size_t i = 0; i < names.size(); ++i)
-        into.push_back(Member{featureFor(m_nameKeys[i], m_hashes[i], names[i]), quint32(owner)});
+        into.push_back(Member{featureFor(keys[i], hashes[i], names[i]), quint32(owner)});
 }
 
 std::vector<quint32> FeatureRecordsBuilder::idOrder() const
@@ -231,7 +252,7 @@ std::vector<quint32> FeatureRecordsBuilder::idOrder() const
         keys[i].feature = quint32(i);
     // Keys that agree in every unit they hold differ in length, or else in the rest
     // of two long ids.
-    std::sort(keys.begin(), keys.end(), [this](const IdKey &a, const IdKey &b) {
+    const auto less = [this](const IdKey &a, const IdKey &b) {
         for (int i = 0; i < 4; ++i) {
             if (a.prefix[i] != b.prefix[i])
                 return a.prefix[i] < b.prefix[i];
@@ -239,7 +260,13 @@ std::vector<quint32> FeatureRecordsBuilder::idOrder() const
         if (a.length > quint32(kKeyUnits) && b.length > quint32(kKeyUnits))
             return m_longIds[a.feature] < m_longIds[b.feature];
         return a.length < b.length;
-    });
+    };
+    // Each core sorts a half, and the halves are merged.
+    const auto half = keys.begin() + std::ptrdiff_t(keys.size() / 2);
+    std::future<void> upper = RunAside([&] { std::sort(half, keys.end(), less); }, keys.size() >= kSetsAside);
+    std::sort(keys.begin(), half, less);
+    upper.get();
+    std::inplace_merge(keys.begin(), half, keys.end(), less);
     std::vector<quint32> order;
     order.reserve(keys.size());
     for (const IdKey &key : keys)
@@ -347,8 +374,11 @@ void FeatureRecordsBuilder::build(QMap<QString, VantixFeatureData> &features, co
     std::vector<quint32> rankOf(order.size());
     for (size_t r = 0; r < order.size(); ++r)
         rankOf[order[r]] = quint32(r);
+    Grouped layouts;
+    std::future<void> layoutsGrouped =
+        RunAside([&] { layouts = GroupByRank(m_layoutMembers, rankOf); }, order.size() >= kSetsAside);
     const Grouped products = GroupByRank(m_productMembers, rankOf);
-    const Grouped layouts = GroupByRank(m_layoutMembers, rankOf);
+    layoutsGrouped.get();
     m_productMembers = {};
     m_layoutMembers = {};
     m_slots = {};

@@ -20,6 +20,24 @@ namespace ProductEditor {
 class FeatureRecordsBuilder
 {
 public:
+    // The first sixteen code units, four to a word with the first unit highest, so that
+    // comparing the words compares the ids as QString's operator< does up to there.
+    struct IdKey
+    {
+        quint64 prefix[4];
+        quint32 length;
+        quint32 feature;
+    };
+    // One owner's list of feature ids with their hashes and keys worked out, so that
+    // only the lookups are left; making it needs no builder.
+    struct PreparedIds
+    {
+        std::vector<QString> ids;
+        std::vector<quint64> hashes;
+        std::vector<IdKey> keys;
+    };
+    static PreparedIds Prepare(std::vector<QString> &&ids);
+
     explicit FeatureRecordsBuilder(int expectedFeatures);
 
     // A feature entry; a later entry with the same id replaces the earlier one. The
@@ -31,7 +49,7 @@ public:
     void addProductMembers(const QCborArray &featureIds, int owner);
     // The same for lists already read; `featureIds` is left empty for reuse.
     void addProductMembers(std::vector<QLatin1String> &featureIds, int owner);
-    void addLayoutMembers(std::vector<QString> &featureIds, int owner);
+    void addLayoutMembers(const PreparedIds &featureIds, int owner);
 
     // Fills `features`, which must be empty, and leaves the builder empty.
     void build(QMap<QString, VantixFeatureData> &features, const QVector<QString> &productNames,
@@ -42,14 +60,6 @@ private:
     {
         quint32 check = 0;   // the upper half of the id's hash
         quint32 feature = 0; // index + 1; 0 marks a free slot
-    };
-    // The first sixteen code units, four to a word with the first unit highest, so that
-    // comparing the words compares the ids as QString's operator< does up to there.
-    struct IdKey
-    {
-        quint64 prefix[4];
-        quint32 length;
-        quint32 feature;
     };
     struct Member
     {
@@ -76,6 +86,9 @@ private:
     void addMembers(const QCborArray &featureIds, int owner, std::vector<Member> &into);
     template<typename Id>
     void lookUpNames(const std::vector<Id> &names, int owner, std::vector<Member> &into);
+    template<typename Id>
+    void lookUpPrepared(const std::vector<Id> &names, const std::vector<quint64> &hashes,
+                        const std::vector<IdKey> &keys, int owner, std::vector<Member> &into);
     void grow(size_t features);
     std::vector<quint32> idOrder() const;
 

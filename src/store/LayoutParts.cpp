@@ -20,11 +20,12 @@ LayoutParts ReadLayoutParts(const QMap<QString, QJsonObject> &layoutsOriginal)
         parts.layouts.insert(parts.layouts.cend(), it.key(), LayoutData{ReadExtensionAccess(layout.value(kExtensions).toMap())});
         parts.names.append(it.key());
         // Non-string elements read as the empty name, so they still become members.
-        std::vector<QString> &ids = parts.featureIds.emplace_back();
+        std::vector<QString> ids;
         const QCborArray features = layout.value(kFeatures).toArray();
         ids.reserve(size_t(features.size()));
         for (const QCborValue &id : features)
             ids.push_back(id.toString());
+        parts.featureIds.push_back(FeatureRecordsBuilder::Prepare(std::move(ids)));
     }
     return parts;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "store/FeatureRecordsBuilder.h"
 #include "store/VantixJsonData.h"
 
 #include <QJsonObject>
@@ -17,7 +18,7 @@ struct LayoutParts
 {
     QMap<QString, LayoutData> layouts;
     QVector<QString> names;                       // in the layouts' order
-    std::vector<std::vector<QString>> featureIds; // by the position of the name
+    std::vector<FeatureRecordsBuilder::PreparedIds> featureIds; // by the position of the name
 };
 
 LayoutParts ReadLayoutParts(const QMap<QString, QJsonObject> &layoutsOriginal);
