@@ -52,9 +52,9 @@ char JsonByteScanner::peek()
     return m_failed || m_at == m_end ? 0 : *m_at;
 }
 
-bool JsonByteScanner::enterObject()
+bool JsonByteScanner::enter(char open)
 {
-    if (peek() != '{') {
+    if (peek() != open) {
         fail();
         return false;
     }
@@ -63,47 +63,15 @@ bool JsonByteScanner::enterObject()
     return true;
 }
 
-bool JsonByteScanner::enterArray()
-{
-    if (peek() != '[') {
-        fail();
-        return false;
-    }
-    ++m_at;
-    m_first = true;
-    return true;
-}
+bool JsonByteScanner::enterObject() { return enter('{'); }
 
-bool JsonByteScanner::nextKey(const char *&key, int &length)
-{
-    char c = peek();
-    if (c == '}') {
-        ++m_at;
-        m_first = false;
-        return false;
-    }
-    if (!m_first) {
-        if (c != ',') {
-            fail();
-            return false;
-        }
-        ++m_at;
-        c = peek();
-    }
-    m_first = false;
-    // A key may hold any character but an escape, which could spell a known key.
-    if (c != '"' || !plainString(key, length, true) || peek() != ':') {
-        fail();
-        return false;
-    }
-    ++m_at;
-    return true;
-}
+bool JsonByteScanner::enterArray() { return enter('['); }
 
-bool JsonByteScanner::nextElement()
+// Steps over the comma before the next member, or over `close` and answers false.
+bool JsonByteScanner::nextMember(char close)
 {
-    char c = peek();
-    if (c == ']') {
+    const char c = peek();
+    if (c == close) {
         ++m_at;
         m_first = false;
         return false;
@@ -122,6 +90,21 @@ bool JsonByteScanner::nextElement()
     }
     return true;
 }
+
+bool JsonByteScanner::nextKey(const char *&key, int &length)
+{
+    if (!nextMember('}'))
+        return false;
+    // A key may hold any character but an escape, which could spell a known key.
+    if (peek() != '"' || !plainString(key, length, true) || peek() != ':') {
+        fail();
+        return false;
+    }
+    ++m_at;
+    return true;
+}
+
+bool JsonByteScanner::nextElement() { return nextMember(']'); }
 
 bool JsonByteScanner::plainString(const char *&text, int &length, bool anyByte)
 {

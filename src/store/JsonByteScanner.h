@@ -39,6 +39,8 @@ public:
     bool readFlag(bool fallback);
 
 private:
+    bool enter(char open);
+    bool nextMember(char close);
     bool plainString(const char *&text, int &length, bool anyByte);
     void skipString();
     void skipContainer();
