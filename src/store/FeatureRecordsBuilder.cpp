@@ -1,13 +1,12 @@
 #include "store/FeatureRecordsBuilder.h"
 
-#include "store/OwnerSets.h"
+#include "store/RankedSets.h"
 #include "store/SecondCore.h"
 
 #include <QCborArray>
 #include <QCborValue>
 
 #include <algorithm>
-#include <atomic>
 #include <cstring>
 
 namespace ProductEditor {
@@ -16,10 +15,8 @@ namespace {
 
 const int kKeyUnits = 16; // code units an IdKey holds
 const size_t kEntryBatch = 32;
-// From this many features the sorting, grouping and sets are shared with a second
-// core; the sets are made so many at a time.
+// From this many features the sorting, grouping and sets are shared with a second core.
 const size_t kSetsAside = 4096;
-const size_t kSetsChunk = 1024;
 
 quint64 Mix(quint64 h)
 {
@@ -274,97 +271,6 @@ std::vector<quint32> FeatureRecordsBuilder::idOrder() const
     return order;
 }
 
-namespace {
-
-// Owners grouped by the rank of their feature: the owners of rank r are
-// owners[start[r]] up to owners[start[r + 1]], ascending and once each.
-struct Grouped
-{
-    std::vector<quint32> start;
-    std::vector<quint32> owners;
-};
-
-template<typename Member>
-Grouped GroupByRank(const std::vector<Member> &members, const std::vector<quint32> &rankOf)
-{
-    Grouped grouped;
-    grouped.start.assign(rankOf.size() + 1, 0);
-    for (const Member &member : members)
-        ++grouped.start[rankOf[member.feature] + 1];
-    for (size_t r = 1; r < grouped.start.size(); ++r)
-        grouped.start[r] += grouped.start[r - 1];
-    std::vector<quint32> next(grouped.start.begin(), grouped.start.end() - 1);
-    grouped.owners.resize(members.size());
-    for (const Member &member : members)
-        grouped.owners[next[rankOf[member.feature]]++] = member.owner;
-    // A list may name a feature twice, and two products may share an id.
-    quint32 kept = 0;
-    for (size_t r = 0; r + 1 < grouped.start.size(); ++r) {
-        const auto first = grouped.owners.begin() + grouped.start[r];
-        const auto last = grouped.owners.begin() + grouped.start[r + 1];
-        std::sort(first, last);
-        grouped.start[r] = kept;
-        kept = quint32(std::unique_copy(first, last, grouped.owners.begin() + kept) - grouped.owners.begin());
-    }
-    grouped.start.back() = kept;
-    grouped.owners.resize(kept);
-    return grouped;
-}
-
-// The membership sets of every rank, made in chunks by whichever threads take part;
-// each thread shares sets among the features it makes them for, and keeps its own
-// copies of the names, so that the threads count no references in common.
-class RankedSets
-{
-public:
-    RankedSets(const Grouped &products, const Grouped &layouts, const QVector<QString> &productNames,
-               const QVector<QString> &layoutNames)
-        : products(products.start.size() - 1)
-        , layouts(products.start.size() - 1)
-        , m_products(products)
-        , m_layouts(layouts)
-        , m_productNames(productNames)
-        , m_layoutNames(layoutNames)
-    {
-    }
-
-    void fill()
-    {
-        const QVector<QString> productNames = DeepCopy(m_productNames);
-        const QVector<QString> layoutNames = DeepCopy(m_layoutNames);
-        OwnerSets productShared(productNames, products.size());
-        OwnerSets layoutShared(layoutNames, products.size());
-        for (size_t first; (first = m_next.fetch_add(kSetsChunk)) < products.size();) {
-            for (size_t r = first; r < std::min(first + kSetsChunk, products.size()); ++r) {
-                products[r] = productShared.setOf(m_products.owners.data() + m_products.start[r],
-                                                  m_products.start[r + 1] - m_products.start[r]);
-                layouts[r] = layoutShared.setOf(m_layouts.owners.data() + m_layouts.start[r],
-                                                m_layouts.start[r + 1] - m_layouts.start[r]);
-            }
-        }
-    }
-
-    std::vector<QSet<QString>> products;
-    std::vector<QSet<QString>> layouts;
-
-private:
-    static QVector<QString> DeepCopy(const QVector<QString> &names)
-    {
-        QVector<QString> copies;
-        copies.reserve(names.size());
-        for (const QString &name : names)
-            copies.append(QString(name.constData(), name.size()));
-        return copies;
-    }
-
-    const Grouped &m_products;
-    const Grouped &m_layouts;
-    const QVector<QString> &m_productNames;
-    const QVector<QString> &m_layoutNames;
-    std::atomic<size_t> m_next{0};
-};
-
-} // namespace
 
 void FeatureRecordsBuilder::build(QMap<QString, VantixFeatureData> &features, const QVector<QString> &productNames,
                                   const QVector<QString> &layoutNames)
@@ -374,10 +280,10 @@ void FeatureRecordsBuilder::build(QMap<QString, VantixFeatureData> &features, co
     std::vector<quint32> rankOf(order.size());
     for (size_t r = 0; r < order.size(); ++r)
         rankOf[order[r]] = quint32(r);
-    Grouped layouts;
+    RankedSets::Groups layouts;
     std::future<void> layoutsGrouped =
-        RunAside([&] { layouts = GroupByRank(m_layoutMembers, rankOf); }, order.size() >= kSetsAside);
-    const Grouped products = GroupByRank(m_productMembers, rankOf);
+        RunAside([&] { layouts = RankedSets::Group(m_layoutMembers, rankOf); }, order.size() >= kSetsAside);
+    const RankedSets::Groups products = RankedSets::Group(m_productMembers, rankOf);
     layoutsGrouped.get();
     m_productMembers = {};
     m_layoutMembers = {};
