@@ -14,8 +14,8 @@ namespace ProductEditor {
 // Builds the feature map from the feature entries and the owners' membership lists in
 // a few passes over flat arrays. Ids go into an open-addressing table of their hashes,
 // memberships are kept as (feature, owner) pairs, the features are put in id order
-// once, and then the map's nodes and every record's sets are made in map order, one
-// after another. A tree search or a node-based hash per name would instead touch
+// once, and then the map's nodes go in in that order while the membership sets are
+// made beside them. A tree search or a node-based hash per name would instead touch
 // memory at random for every one of the several names per feature.
 class FeatureRecordsBuilder
 {
