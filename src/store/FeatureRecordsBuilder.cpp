@@ -5,9 +5,9 @@
 
 #include <QCborArray>
 #include <QCborValue>
+#include <QtEndian>
 
 #include <algorithm>
-#include <cstring>
 
 namespace ProductEditor {
 
@@ -26,8 +26,30 @@ quint64 Mix(quint64 h)
     return h;
 }
 
-ushort UnitAt(const QString &id, int i) { return id.constData()[i].unicode(); }
-ushort UnitAt(QLatin1String id, int i) { return uchar(id.data()[i]); }
+// Up to four of the id's code units from the i-th on, the first in the lowest bits.
+quint64 WordAt(const QString &id, int i, int count)
+{
+    const QChar *units = id.constData() + i;
+    quint64 word = 0;
+    for (int k = 0; k < count; ++k)
+        word |= quint64(units[k].unicode()) << (16 * k);
+    return word;
+}
+
+// Latin1 bytes widen to code units four at a time.
+quint64 WordAt(QLatin1String id, int i, int count)
+{
+    const uchar *bytes = reinterpret_cast<const uchar *>(id.data()) + i;
+    quint64 word = 0;
+    if (count == 4) {
+        word = qFromLittleEndian<quint32>(bytes);
+    } else {
+        for (int k = 0; k < count; ++k)
+            word |= quint64(bytes[k]) << (8 * k);
+    }
+    word = (word | (word << 16)) & 0x0000FFFF0000FFFFULL;
+    return (word | (word << 8)) & 0x00FF00FF00FF00FFULL;
+}
 
 // The units a key holds, for ids no longer than that.
 struct KeyUnits
@@ -36,7 +58,20 @@ struct KeyUnits
     quint32 length;
     int size() const { return int(length); }
 };
-ushort UnitAt(const KeyUnits &id, int i) { return ushort(id.prefix[i / 4] >> (48 - 16 * (i % 4))); }
+quint64 WordAt(const KeyUnits &id, int i, int count)
+{
+    quint64 word = 0;
+    for (int k = 0; k < count; ++k)
+        word |= ((id.prefix[(i + k) / 4] >> (48 - 16 * ((i + k) % 4))) & 0xFFFF) << (16 * k);
+    return word;
+}
+
+// The same four units with the first in the highest bits, as a key holds them.
+quint64 FirstHighest(quint64 word)
+{
+    word = ((word & 0x0000FFFF0000FFFFULL) << 16) | ((word >> 16) & 0x0000FFFF0000FFFFULL);
+    return (word << 32) | (word >> 32);
+}
 
 // The id's UTF-16 code units, four to a word, however the id came: an id from the
 // text and the same id as a string hash alike.
@@ -45,12 +80,8 @@ quint64 HashOf(const Id &id)
 {
     const int size = int(id.size());
     quint64 h = 0x9e3779b97f4a7c15ULL ^ quint64(size * 2);
-    for (int i = 0; i < size; i += 4) {
-        quint64 word = 0;
-        for (int k = 0; k < 4 && i + k < size; ++k)
-            word |= quint64(UnitAt(id, i + k)) << (16 * k);
-        h = Mix(h ^ word) * 0xc4ceb9fe1a85ec53ULL;
-    }
+    for (int i = 0; i < size; i += 4)
+        h = Mix(h ^ WordAt(id, i, std::min(4, size - i))) * 0xc4ceb9fe1a85ec53ULL;
     return Mix(h);
 }
 
@@ -80,8 +111,8 @@ FeatureRecordsBuilder::IdKey FeatureRecordsBuilder::KeyOf(const Id &id)
 {
     IdKey key{{0, 0, 0, 0}, quint32(id.size()), 0};
     const int length = std::min(int(id.size()), kKeyUnits);
-    for (int i = 0; i < length; ++i)
-        key.prefix[i / 4] |= quint64(UnitAt(id, i)) << (48 - 16 * (i % 4));
+    for (int i = 0; i < length; i += 4)
+        key.prefix[i / 4] = FirstHighest(WordAt(id, i, std::min(4, length - i)));
     return key;
 }
 
